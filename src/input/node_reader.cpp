@@ -1,0 +1,3 @@
+// Placeholder until this stage is built; replaced by the real implementation.
+#include "run/analysis_data.hpp"
+void CAnalysisData::ReadNodes(const std::string&) {}
