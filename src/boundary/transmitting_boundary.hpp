@@ -1,0 +1,37 @@
+// Energy-transmitting side boundaries: the constant matrices and the matrices of each frequency
+// line that the free-field analysis leaves in its folder.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "run/analysis_data.hpp"
+#include "run/sparse_complex_matrix.hpp"
+
+// Adds the entries of one constant matrix file; a file that cannot be opened prints the path and
+// "Ematrix:Reading error", waits for one character and ends the run with status 0.
+void ReadFixedEMatrix(SparseComplexMatrix& matrix, const std::string& path, const CAnalysisData& analysis);
+
+// Adds the entries of "REMat<i>.dat" and then "LEMat<i>.dat" of folder; a missing file prints the
+// path and "Ematrix<i>:Reading error", waits for one character and ends the run with status 0.
+void ReadFrequencyEMatrix(SparseComplexMatrix& matrix, int i, const std::string& folder,
+                          const CAnalysisData& analysis);
+
+// The frequency matrices of lines 1 .. frequencyCount-1 for a whole run. Knows the union of
+// their patterns from the start; keeps the parsed lines in memory when they fit the budget and
+// reads them again otherwise. Line() may be called from many threads at once.
+class FrequencyEMatrixStore {
+public:
+    FrequencyEMatrixStore(const std::string& folder, const CAnalysisData& analysis, uint64_t memoryBudgetBytes);
+    ~FrequencyEMatrixStore();
+
+    // Union of the patterns of all lines (values are meaningless).
+    const SparseComplexMatrix& Pattern() const;
+    // The matrix of line i, as ReadFrequencyEMatrix gives it.
+    SparseComplexMatrix Line(int i) const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
