@@ -1,0 +1,28 @@
+// The constant parts of the dynamic system of every frequency line, as the driver builds them
+// once per run: the matrices, the side treatment and the loads.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "element/small_matrix.hpp"
+#include "run/sparse_complex_matrix.hpp"
+
+struct LineSystemTerms {
+    // 0: energy-transmitting sides (matrix of each line plus the constant side matrix);
+    // 1: viscous sides; any other value: no side treatment.
+    int sideBoundaryType = 2;
+    double duration = 0.0;  // padded length of the wave, s: line i stands for i / duration Hz
+    const SparseComplexMatrix* mass = nullptr;
+    const SparseComplexMatrix* baseViscous = nullptr;
+    const SparseComplexMatrix* sideViscous = nullptr;  // used in mode 1
+    const SparseComplexMatrix* sideStatic = nullptr;   // used in modes 0 and 1
+    // Mode 0: the union of the patterns of the side matrices of all lines (values unused), and
+    // the side matrix of line i. Must be safe to call from several threads at once.
+    const SparseComplexMatrix* lineMatrixPattern = nullptr;
+    std::function<SparseComplexMatrix(int)> lineMatrix;
+    const std::vector<ComplexVector>* freeFieldMotion = nullptr;  // per line, over the equations
+    const ComplexVector* inertiaLoad = nullptr;                   // over the degrees of freedom
+
+    bool HasSideLoad() const { return sideBoundaryType == 0 || sideBoundaryType == 1; }
+};
