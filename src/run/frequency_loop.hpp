@@ -33,12 +33,14 @@ class FrequencyLoop {
     void Run(const SparseComplexMatrix& stiffness, CAnalysisData& analysis,
              std::vector<LineTiming>* timings = nullptr);
 
-    // The pattern in use, once a pass has run.
+    // Finds the pattern and its ordering for this stiffness, unless those in use fit it already.
+    // Run calls it; callers may call it first to time it apart.
+    void Prepare(const SparseComplexMatrix& stiffness);
+
+    // The pattern in use, once prepared.
     const LineSystemPattern* Pattern() const { return pattern_.get(); }
 
   private:
-    void Prepare(const SparseComplexMatrix& stiffness);
-
     LineSystemTerms terms_;
     std::unique_ptr<LineSystemPattern> pattern_;
     std::unique_ptr<SymbolicAnalysis> symbolic_;

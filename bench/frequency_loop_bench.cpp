@@ -1,0 +1,224 @@
+// The frequency loop on a large structured soil section: time per line of the value assembly,
+// the factorisation and the solve; the share of a line spent outside factorisation and solve;
+// the whole loop with 1, 2, ... threads up to all processors; and, in the same run, the same
+// lines solved the plain way (row-map arithmetic, compression, a complete analysis,
+// factorisation and release per line, one line at a time), for a side-by-side ratio.
+//
+// Usage: frequency_loop_bench [nodesPerElement=4] [equations=20000] [lines=8] [plainLines=2]
+//                             [sideBoundaryType=2]
+//   nodesPerElement  4 or 8 (6: triangles)
+//   equations        about this many equations, in a section four times as wide as deep
+//   lines            frequency lines of the loop (1 .. lines)
+//   plainLines       lines solved the plain way (the first ones)
+//   sideBoundaryType 2: base dashpots only; 1: the side dashpots also as viscous sides with a
+//                    free-field load
+// Figures go to standard output; the loop's own console lines go to standard error.
+#include <omp.h>
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "boundary/element_matrices.hpp"
+#include "boundary/viscous_boundary.hpp"
+#include "run/frequency_loop.hpp"
+#include "run/line_system_chain.hpp"
+#include "run/line_vectors.hpp"
+#include "run/structured_mesh.hpp"
+
+namespace {
+
+struct BenchModel {
+    CAnalysisData analysis;
+    ComplexVector inertiaLoad;
+    SparseComplexMatrix stiffness, mass, baseViscous, sideViscous, sideStatic;
+    std::vector<ComplexVector> freeFieldMotion;
+    LineSystemTerms terms;
+};
+
+// Dashpots on the left and right edges, in x and y, each coupling a node to the one above it
+// (below it at the top).
+void AddEdgeDashpots(CAnalysisData& analysis, double width, double depth, int typeCode) {
+    std::vector<int> left, right;
+    for (size_t p = 0; p < analysis.nodes.size(); ++p) {
+        if (analysis.nodes[p].x == 0.0) left.push_back(static_cast<int>(p));
+        if (analysis.nodes[p].x == width) right.push_back(static_cast<int>(p));
+    }
+    for (const std::vector<int>* edge : {&left, &right}) {
+        for (size_t k = 0; k < edge->size(); ++k) {
+            for (int direction : {0, 1}) {
+                auto c = boost::make_shared<CBCVisco>();
+                c->typeCode = typeCode;
+                c->rowNode = (*edge)[k];
+                c->direction = direction;
+                c->edgeNodeCount = 2;
+                c->edgeNode1 = (*edge)[k];
+                c->edgeNode2 = k + 1 < edge->size() ? (*edge)[k + 1] : (*edge)[k - 1];
+                c->term2 = Complex(0.3 * depth, 0.0);
+                c->term3 = Complex(0.15 * depth, 0.0);
+                analysis.boundaryConds.push_back(c);
+            }
+        }
+    }
+}
+
+void BuildModel(BenchModel& m, int nodesPerElement, int equations, int lines, int mode) {
+    const StructuredMeshSpec spec = SectionWithEquations(nodesPerElement, equations);
+    BuildStructuredMesh(spec, ElasticMaterial(60.0, 0.05, 0.35, 1.8e-3), m.analysis);
+    AddEdgeDashpots(m.analysis, spec.width, spec.depth, 101);
+    if (mode == 1) AddEdgeDashpots(m.analysis, spec.width, spec.depth, 201);
+    m.analysis.sideBoundaryType = mode;
+
+    const int paddedLength = 4096;
+    m.analysis.timeStep = 0.01;
+    m.analysis.seismicWaves.resize(1);
+    m.analysis.seismicWaves[0].acc.assign(paddedLength, 0.0);
+    m.analysis.waveSpectrum.resize(paddedLength);
+    for (int k = 0; k < paddedLength; ++k)
+        m.analysis.waveSpectrum[k] = Complex(1e-3 / (1 + k), 0.0);
+    m.analysis.frequencyCount = lines + 1;
+
+    const size_t n = static_cast<size_t>(m.analysis.freeDofCount);
+    const auto& elements = m.analysis.elements;
+    m.mass = SparseComplexMatrix(n);
+    m.stiffness = SparseComplexMatrix(n);
+    m.inertiaLoad.resize(2 * m.analysis.nodes.size());
+    AssembleInertiaLoad(elements.size(), m.analysis.nodes, elements, m.inertiaLoad);
+    AssembleMassMatrix(elements.size(), m.analysis.equationMap, m.analysis.nodes, elements, m.mass);
+    AssembleStiffnessMatrix(elements.size(), m.analysis.equationMap, m.analysis.nodes, elements,
+                            m.stiffness);
+    AssembleViscousMatrix(m.baseViscous, m.analysis, false);
+    m.sideViscous = SparseComplexMatrix(n);
+    if (mode == 1) AssembleViscousMatrix(m.sideViscous, m.analysis, true);
+    m.sideStatic = SparseComplexMatrix(n);
+    m.freeFieldMotion.assign(static_cast<size_t>(lines + 1), ComplexVector(n));
+    for (auto& motion : m.freeFieldMotion)
+        for (size_t k = 0; k < n; k += 2) motion[k] = Complex(1.0, 0.0);
+
+    m.terms.sideBoundaryType = mode;
+    m.terms.duration = paddedLength * m.analysis.timeStep;
+    m.terms.mass = &m.mass;
+    m.terms.baseViscous = &m.baseViscous;
+    m.terms.sideViscous = &m.sideViscous;
+    m.terms.sideStatic = &m.sideStatic;
+    m.terms.freeFieldMotion = &m.freeFieldMotion;
+    m.terms.inertiaLoad = &m.inertiaLoad;
+
+    std::printf("model: %d-node elements, %d x %d cells, %zu nodes, %zu equations\n",
+                nodesPerElement, spec.columns, spec.layers, m.analysis.nodes.size(), n);
+    std::printf("entries: stiffness %zu, mass %zu, base dashpots %zu\n", m.stiffness.EntryCount(),
+                m.mass.EntryCount(), m.baseViscous.EntryCount());
+}
+
+std::vector<Complex> LineSpectra(const CAnalysisData& analysis, int lastLine) {
+    std::vector<Complex> all;
+    for (const CNode& node : analysis.nodes)
+        for (int i = 1; i <= lastLine; ++i) {
+            all.push_back(node.dispX[i]);
+            all.push_back(node.dispY[i]);
+        }
+    return all;
+}
+
+double Mean(const std::vector<double>& v) {
+    double s = 0.0;
+    for (double x : v) s += x;
+    return v.empty() ? 0.0 : s / static_cast<double>(v.size());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    auto argument = [&](int k, int fallback) { return argc > k ? std::atoi(argv[k]) : fallback; };
+    const int nodesPerElement = argument(1, 4);
+    const int equations = argument(2, 20000);
+    const int lines = std::max(1, argument(3, 8));
+    const int plainLines = std::clamp(argument(4, 2), 0, lines);
+    const int mode = argument(5, 2);
+    const int processors = omp_get_num_procs();
+
+    BenchModel m;
+    double t = omp_get_wtime();
+    BuildModel(m, nodesPerElement, equations, lines, mode);
+    std::printf("element matrices: %.3f s\n", omp_get_wtime() - t);
+
+    // The fast loop with each thread count; per-line figures from the run on all processors.
+    std::vector<double> loopSeconds;
+    double prepareSeconds = 0.0;
+    std::vector<LineTiming> timings;
+    for (int threads = 1; threads <= processors; ++threads) {
+        omp_set_num_threads(threads);
+        FrequencyLoop loop(m.terms);
+        t = omp_get_wtime();
+        loop.Prepare(m.stiffness);
+        const double prepared = omp_get_wtime();
+        loop.Run(m.stiffness, m.analysis, &timings);
+        loopSeconds.push_back(omp_get_wtime() - prepared);
+        prepareSeconds = prepared - t;
+        if (threads == 1)
+            std::printf("\npattern and symbolic analysis (once a run): %.3f s, %lld entries\n",
+                        prepared - t,
+                        static_cast<long long>(loop.Pattern()->System().EntryCount()));
+    }
+    const std::vector<Complex> fast = LineSpectra(m.analysis, plainLines);
+
+    std::printf("\nper line, %d threads (s):\n%6s %10s %10s %10s %10s %9s\n", processors, "line",
+                "assembly", "factorise", "solve", "total", "overhead");
+    std::vector<double> overhead;
+    for (const LineTiming& l : timings) {
+        const double outside = (l.total - l.factorisation - l.solve) / l.total;
+        overhead.push_back(outside);
+        std::printf("%6d %10.4f %10.4f %10.4f %10.4f %8.2f%%\n", l.line, l.assembly,
+                    l.factorisation, l.solve, l.total, 100.0 * outside);
+    }
+    std::printf("mean share outside factorisation and solve: %.2f%%\n", 100.0 * Mean(overhead));
+
+    std::printf("\nwhole loop of %d lines:\n", lines);
+    for (size_t k = 0; k < loopSeconds.size(); ++k)
+        std::printf("  %zu thread(s): %.3f s, speed-up %.2f\n", k + 1, loopSeconds[k],
+                    loopSeconds[0] / loopSeconds[k]);
+
+    if (plainLines == 0) return 0;
+    std::vector<double> formSeconds, solveSeconds;
+    for (int i = 1; i <= plainLines; ++i) {
+        t = omp_get_wtime();
+        PrintLineProgress(i, m.terms.duration, m.analysis.waveSpectrum);
+        const double w = LineCircularFrequency(i, m.terms.duration);
+        ChainLine chain = FormLineByChain(m.terms, m.stiffness, i, w);
+        std::vector<Complex> packed(FreeDofCount(m.analysis.dofFixed));
+        PackRightHandSide(m.inertiaLoad,
+                          chain.boundaryLoad.size() != 0 ? chain.boundaryLoad.data.data() : nullptr,
+                          m.analysis.equationMap, m.analysis.dofFixed, packed.data());
+        const double formed = omp_get_wtime();
+        const int status = chain.system.solve(packed.data());
+        if (status != 0) FailSolve(status);
+        StoreLineSolution(packed.data(), m.analysis.dofFixed, i, m.analysis.nodes);
+        solveSeconds.push_back(omp_get_wtime() - formed);
+        formSeconds.push_back(formed - t);
+    }
+    const std::vector<Complex> plain = LineSpectra(m.analysis, plainLines);
+    double largest = 0.0, difference = 0.0;
+    for (size_t k = 0; k < plain.size(); ++k) {
+        largest = std::max(largest, std::abs(plain[k]));
+        difference = std::max(difference, std::abs(plain[k] - fast[k]));
+    }
+    const double plainLine = Mean(formSeconds) + Mean(solveSeconds);
+    std::printf("\nplain way, %d line(s) one at a time (s per line):\n", plainLines);
+    std::printf(
+        "  row-map arithmetic %.3f, compression + analysis + factorisation + solve %.3f,"
+        " whole line %.3f\n",
+        Mean(formSeconds), Mean(solveSeconds), plainLine);
+    std::printf("  largest difference to the fast loop: %.3g (largest value %.3g)\n", difference,
+                largest);
+    // The fast loop is charged with its one analysis, which a run of many lines and iterations
+    // shares out.
+    const double fastLoop = prepareSeconds + loopSeconds.back();
+    std::printf(
+        "\nloop of %d lines: plain way %.3f s (from %d line(s)), fast on %d threads "
+        "%.3f s with its analysis: %.2fx\n",
+        lines, plainLine * lines, plainLines, processors, fastLoop, plainLine * lines / fastLoop);
+    return 0;
+}
