@@ -76,12 +76,6 @@ TEST(GaussLegendre, ThreePointsMatchTheTabledRuleWithAnExactZeroRoot) {
     EXPECT_GT(r[0], r[1]);  // descending
 }
 
-TEST(LegendreP, FollowsTheRecurrence) {
-    EXPECT_EQ(LegendreP(0, 0.3), 1.0);
-    EXPECT_EQ(LegendreP(1, 0.3), 0.3);
-    EXPECT_NEAR(LegendreP(3, 0.3), (5 * 0.027 - 3 * 0.3) / 2, 1e-15);
-}
-
 TEST(TriangleRule, SevenPointRuleIsExactForCubicsOnTheUnitTriangle) {
     const DefaultGauss seven(7, 6);
     ASSERT_EQ(seven.count, 7);
@@ -102,10 +96,7 @@ TEST(TriangleRule, WeightSumsDifferBetweenTheSmallAndLargeRules) {
     EXPECT_NEAR(Integrate(thirteen, [](double x, double y) { return x * x * y * y; }), 1.0 / 180.0,
                 1e-10);
     EXPECT_TRUE(DefaultGauss(5, 6).points.empty());
-}
-
-TEST(DefaultGauss, UnknownNodeCountGivesNoRule) {
-    const DefaultGauss none(2, 5);
+    const DefaultGauss none(2, 5);  // no element of five nodes
     EXPECT_TRUE(none.points.empty());
     EXPECT_EQ(none.count, 0);
 }
