@@ -252,30 +252,35 @@ void StrainHistory(const CElement& element, int g, const CAnalysisData& analysis
     const Complex* wave = analysis.waveSpectrum.data.data();
     const int dofs = 2 * n;
 
+    const FourierTransform* transform = nullptr;
+    if (length > 0) transform = shared ? analysis.transformHandle.get() : &ThreadTransform(length);
+
+    // One team for both steps: the lines, then (after the loop's barrier) the transforms.
     const auto end = static_cast<std::ptrdiff_t>(lines);
-#pragma omp parallel for schedule(guided, 1) if (shared)
-    for (std::ptrdiff_t line = 0; line < end; ++line) {
-        const auto i = static_cast<size_t>(line);
-        Complex ue[kMaxDofs];
-        for (int j = 0; j < n; ++j) {
-            ue[2 * j] = elementNodes[j]->dispX[i];
-            ue[2 * j + 1] = elementNodes[j]->dispY[i];
+#pragma omp parallel if (shared)
+    {
+#pragma omp for schedule(guided, 1)
+        for (std::ptrdiff_t line = 0; line < end; ++line) {
+            const auto i = static_cast<size_t>(line);
+            Complex ue[kMaxDofs];
+            for (int j = 0; j < n; ++j) {
+                ue[2 * j] = elementNodes[j]->dispX[i];
+                ue[2 * j + 1] = elementNodes[j]->dispY[i];
+            }
+            for (int s = 0; s < 3; ++s) {
+                const double* row = b[kRows[s]];
+                Complex strain = 0.0;
+                for (int k = 0; k < dofs; ++k) strain += row[k] * ue[k];
+                const Complex y = wave[i] * strain;
+                series[s][i] = y;
+                if (i != 0 && i != length / 2) series[s][length - i] = std::conj(y);
+            }
         }
-        for (int s = 0; s < 3; ++s) {
-            const double* row = b[kRows[s]];
-            Complex strain = 0.0;
-            for (int k = 0; k < dofs; ++k) strain += row[k] * ue[k];
-            const Complex y = wave[i] * strain;
-            series[s][i] = y;
-            if (i != 0 && i != length / 2) series[s][length - i] = std::conj(y);
+        if (transform) {
+#pragma omp for schedule(guided, 1)
+            for (int s = 0; s < 3; ++s) transform->Backward(series[s]);
         }
     }
-
-    if (length == 0) return;
-    const FourierTransform& transform =
-        shared ? *analysis.transformHandle : ThreadTransform(length);
-#pragma omp parallel for schedule(guided, 1) if (shared)
-    for (int s = 0; s < 3; ++s) transform.Backward(series[s]);
 }
 
 }  // namespace
@@ -300,6 +305,8 @@ double StrainMatrixAt(const CElement& element, const CGauss& point, const std::v
 
 void AssembleInertiaLoad(size_t elementCount, const std::vector<CNode>& nodes,
                          const std::vector<CElement>& elements, ComplexVector& inertiaLoad) {
+    // Two places per node, whether or not the caller sized the vector already.
+    if (inertiaLoad.size() < 2 * nodes.size()) inertiaLoad.data.resize(2 * nodes.size());
     const auto perNode = [](int n) { return static_cast<size_t>(n); };
     const auto form = [&](const CElement& element, double* out) {
         ElementInertia(element, nodes, out);
