@@ -2,8 +2,8 @@
 // then come the records one after another, each beginning with its code, which fixes its
 // length: 7 numbers for the elastic model (5), 18 for the GHE model (4), 8 + 3n for the table
 // model of n rows (any other code).
-#include <boost/make_shared.hpp>
 #include <algorithm>
+#include <boost/make_shared.hpp>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -23,7 +23,7 @@ constexpr size_t kTableHeadLength = 8;
 
 // The numbers of the file with a cursor on the current record.
 class RecordCursor {
-public:
+  public:
     RecordCursor(const std::string& path, const NumberList& numbers)
         : path_(path), numbers_(numbers) {}
 
@@ -40,7 +40,7 @@ public:
     double operator[](size_t i) const { return numbers_.values[i]; }
     int LineOf(size_t i) const { return numbers_.lines[i]; }
 
-private:
+  private:
     const std::string& path_;
     const NumberList& numbers_;
 };
@@ -56,7 +56,9 @@ void ReadCommonFields(DAT_Material& m, const RecordCursor& v, size_t p) {
     m.UpdateModuli();
 }
 
-bool NearOne(double value) { return std::fabs(value - 1.0) < 1e-05; }
+bool NearOne(double value) {
+    return std::fabs(value - 1.0) < 1e-05;
+}
 
 boost::shared_ptr<DAT_Material> ReadGheRecord(const RecordCursor& v, size_t p) {
     auto m = boost::make_shared<DAT_GHEmodel>();
@@ -104,11 +106,12 @@ void CAnalysisData::ReadMaterials(MaterialList& list, const std::string& path) {
     const int count = TruncateToInt(v[0]);
     size_t p = 1;
     for (int index = 0; index < count; ++index) {
-        v.Require(p, kCommonLength, index);
+        v.Require(p, 1, index);
         const int code = TruncateToInt(v[p]);
         boost::shared_ptr<DAT_Material> material;
         size_t length = kCommonLength;
         if (code == kElasticCode) {
+            v.Require(p, length, index);
             auto elastic = boost::make_shared<DAT_Elastic>();
             elastic->type = code;
             ReadCommonFields(*elastic, v, p);

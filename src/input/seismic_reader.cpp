@@ -29,7 +29,7 @@ struct WaveFile {
     bool hasHeader = false;
     int headerLine = 0;
     std::vector<std::string> header;
-    std::vector<double> times;  // s
+    std::vector<double> times;   // s
     std::vector<double> values;  // gal
     int lastLine = 0;
 };

@@ -26,8 +26,8 @@ double GheStrength(const DAT_GHEmodel& material, double sx, double sy, double sx
     const double s3 = ((a + b) - r) * 0.5;
     const double mean = (s1 + s3) * 0.5;
     const double p = mean - std::sin(material.phi) * ((s1 - s3) * 0.5);
-    const double q = p < 0.0 ? std::tan(material.phi) * kTensileConfinementFloor
-                             : std::tan(material.phi) * p;
+    const double q =
+        p < 0.0 ? std::tan(material.phi) * kTensileConfinementFloor : std::tan(material.phi) * p;
     return (q + material.c) / material.strengthDivisor;
 }
 
