@@ -12,16 +12,20 @@ namespace {
 
 using Complex = std::complex<double>;
 
-// Solver settings shared by every call: the default (automatic) strategy and ordering, no
-// iterative refinement (the residual is checked here instead). Also pins BLAS to the calling
-// thread, so that concurrent factorisations neither oversubscribe the processors nor depend on
-// how BLAS splits its work.
+// Solver settings shared by every call: the symmetric strategy (an ordering of A + A' with
+// diagonal pivots preferred), the default ordering, no iterative refinement (the residual is
+// checked here instead). The dynamic matrices of a soil section are structurally symmetric with
+// a strong diagonal; left to choose, the solver takes the unsymmetric strategy for them, which
+// costs two to three times the operations and, without refinement, leaves backward errors up to
+// 1e-4 on sections of 20,000 equations. Also pins BLAS to the calling thread, so that concurrent
+// factorisations neither oversubscribe the processors nor depend on how BLAS splits its work.
 const double* SolverControl() {
     static double control[UMFPACK_CONTROL];
     static std::once_flag once;
     std::call_once(once, [] {
         openblas_set_num_threads(1);
         umfpack_zl_defaults(control);
+        control[UMFPACK_STRATEGY] = UMFPACK_STRATEGY_SYMMETRIC;
         control[UMFPACK_IRSTEP] = 0;
     });
     return control;
