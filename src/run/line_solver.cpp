@@ -6,6 +6,8 @@
 #include <cmath>
 #include <mutex>
 
+#include "run/solver_memory.hpp"
+
 extern "C" void openblas_set_num_threads(int threadCount);
 
 namespace {
@@ -24,6 +26,7 @@ const double* SolverControl() {
     static std::once_flag once;
     std::call_once(once, [] {
         openblas_set_num_threads(1);
+        UseSolverMemory();
         umfpack_zl_defaults(control);
         control[UMFPACK_STRATEGY] = UMFPACK_STRATEGY_SYMMETRIC;
         control[UMFPACK_IRSTEP] = 0;

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "run/solver_memory.hpp"
+
 // The pattern of a square sparse matrix: per row, its columns in ascending order.
 struct CompressedPattern {
     int64_t size = 0;               // rows, equal to columns
@@ -53,8 +55,8 @@ class SymbolicAnalysis {
     int status_ = kSolveOk;
 };
 
-// The numeric work of one thread: factorisation, solve and check, with workspace kept between
-// systems of the same pattern.
+// The numeric work of one thread: factorisation, solve and check, with workspace and the
+// solver's large blocks kept between systems of the same pattern. Lives and dies in one thread.
 class LineSolver {
   public:
     explicit LineSolver(const SymbolicAnalysis& analysis);
@@ -74,6 +76,7 @@ class LineSolver {
   private:
     void Release();
 
+    SolverMemoryCache memory_;  // declared first: outlives the factorisation it serves
     const SymbolicAnalysis& analysis_;
     const std::complex<double>* values_ = nullptr;
     void* numeric_ = nullptr;
