@@ -43,6 +43,13 @@ protected:
         }
     }
 
+    // The serial pass with its progress line caught.
+    std::string RunSerial() {
+        testing::internal::CaptureStdout();
+        analysis.CalcStressStrainSerial();
+        return testing::internal::GetCapturedStdout();
+    }
+
     size_t PointCount(size_t first, size_t last) const {
         size_t n = 0;
         for (size_t e = first; e < last; ++e) n += analysis.elements[e].gaussCount;
@@ -105,9 +112,7 @@ TEST_F(StressStrainSynthesis, WithoutResponseEveryGroupRecordIsTheInitialStress)
 
 TEST_F(StressStrainSynthesis, WithoutResponseTheSingleSetHoldsStepZeroAndAllStepsElsewhere) {
     BuildStrip({4, 6, 8, 4});
-    testing::internal::CaptureStdout();
-    analysis.CalcStressStrainSerial();
-    const std::string progress = testing::internal::GetCapturedStdout();
+    const std::string progress = RunSerial();
     ExpectInitialStressEverywhere(SingleSetNames(), 0, 4, 1);
     EXPECT_EQ(progress,
               "\r 応力ひずみ計算中　[ 0 / 4 ] \r 応力ひずみ計算中　[ 1 / 4 ] "
@@ -143,7 +148,7 @@ TEST_F(StressStrainSynthesis, GroupsOfNoElementsStillCreateTheirFiveEmptyFiles) 
 TEST_F(StressStrainSynthesis, NoStepsLeaveZeroMaximaAndNothingElse) {
     SetWave(analysis, {}, kP, 0.01, 10);
     BuildStrip({4, 6});
-    analysis.CalcStressStrainSerial();
+    RunSerial();
     analysis.RunStressStrainGroups(1, {2});
     for (const StressStrainFileNames& names : {SingleSetNames(), GroupSetNames(0)}) {
         EXPECT_EQ(fs::file_size(names.stress), 0u);
@@ -167,7 +172,7 @@ TEST_F(StressStrainSynthesis, UniformStrainFieldFollowsItsLineAtEveryPointOnBoth
         node.dispX[k] = a * node.x + b * node.y;
         node.dispY[k] = c * node.x + d * node.y;
     }
-    analysis.CalcStressStrainSerial();
+    RunSerial();
     analysis.RunStressStrainGroups(2, {1, 2});
 
     const Complex F = analysis.waveSpectrum[k];
