@@ -8,8 +8,8 @@
 //
 // Each synthesis is timed twice: until it returns (the data may still sit in the page cache) and
 // until its files are on the disk (fdatasync). The disk's own speed is measured the same way, by
-// writing as many bytes of zeros in 1 MiB blocks followed by fdatasync, as `dd conv=fdatasync` does.
-// The figures go to standard error; standard output carries the syntheses' own progress.
+// writing as many bytes of zeros in 1 MiB blocks followed by fdatasync, as `dd conv=fdatasync`
+// does. The figures go to standard error; standard output carries the syntheses' own progress.
 #include <fcntl.h>
 #include <omp.h>
 #include <unistd.h>
@@ -92,7 +92,8 @@ void BuildModel(CAnalysisData& analysis, int columns, int rows, int steps) {
             element.ruleCount = rule->count;
             element.material = material;
             element.shapeFunction = shape;
-            for (CGauss& g : element.gaussPoints) g.stress = RealVector{-10.0 * j, -20.0 * j, -15.0 * j, 0.0};
+            for (CGauss& g : element.gaussPoints)
+                g.stress = RealVector{-10.0 * j, -20.0 * j, -15.0 * j, 0.0};
             analysis.elements.push_back(element);
         }
     }
@@ -136,9 +137,10 @@ void Measure(const char* name, const std::vector<std::string>& files, Run run) {
     const uint64_t bytes = TotalSize(files);
     const double disk = DiskWriteSpeed(bytes);
     const double rate = double(bytes) / onDisk;
-    std::fprintf(stderr, "%-28s %8.1f MB  returned %7.2f s  on disk %7.2f s  %7.1f MB/s  "
-                "disk %7.1f MB/s  ratio %.2f\n",
-                name, bytes / 1e6, returned, onDisk, rate / 1e6, disk / 1e6, rate / disk);
+    std::fprintf(stderr,
+                 "%-28s %8.1f MB  returned %7.2f s  on disk %7.2f s  %7.1f MB/s  "
+                 "disk %7.1f MB/s  ratio %.2f\n",
+                 name, bytes / 1e6, returned, onDisk, rate / 1e6, disk / 1e6, rate / disk);
     for (const std::string& f : files) fs::remove(f);
 }
 
@@ -162,8 +164,8 @@ int main(int argc, char** argv) {
     CAnalysisData analysis;
     BuildModel(analysis, columns, rows, steps);
     std::fprintf(stderr, "%zu nodes (%zu equations), %zu elements, %d steps, P = %d, %d workers\n",
-                analysis.nodes.size(), 2 * analysis.nodes.size(), analysis.elements.size(), steps,
-                analysis.PaddedLength(), workers);
+                 analysis.nodes.size(), 2 * analysis.nodes.size(), analysis.elements.size(), steps,
+                 analysis.PaddedLength(), workers);
 
     Measure("displacement", {work_files::kDisp, work_files::kMaxDisp},
             [&] { analysis.CalcDisplacementHistory(); });

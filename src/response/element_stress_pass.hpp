@@ -50,7 +50,7 @@ using StrainHistoryFunction = void (*)(const CElement&, int, const CAnalysisData
 
 // Holds the workspace of one thread: the strain series of a point and the element stress sums.
 class ElementStressPass {
-public:
+  public:
     ElementStressPass(const CAnalysisData& analysis, RecordSteps recordSteps,
                       StrainHistoryFunction strainHistory);
 
@@ -59,7 +59,7 @@ public:
     // as the sum over the points times 1000.0 times 0.25 (kPa).
     void Run(const CElement& element, StressStrainFiles& files);
 
-private:
+  private:
     const CAnalysisData& analysis_;
     size_t steps_;
     size_t recordedSteps_;

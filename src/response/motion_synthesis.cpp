@@ -13,7 +13,15 @@
 
 namespace {
 
-Complex At(const ComplexVector& v, size_t k) { return k < v.size() ? v[k] : Complex(0.0, 0.0); }
+Complex At(const ComplexVector& v, size_t k) {
+    return k < v.size() ? v[k] : Complex(0.0, 0.0);
+}
+
+// The product (ac - bd) + i(ad + bc), as the complex type gives it for finite values, without
+// its recovery of infinities.
+Complex Mul(Complex x, Complex y) {
+    return {x.real() * y.real() - x.imag() * y.imag(), x.real() * y.imag() + x.imag() * y.real()};
+}
 
 // The x, y pairs and the peaks of one block of consecutive nodes.
 struct MotionBlock {
@@ -25,12 +33,12 @@ struct MotionBlock {
 
 void FillMotionSpectra(MotionKind kind, const ComplexVector& waveSpectrum, const CNode& node,
                        double timeStep, Complex* X, Complex* Y, size_t P) {
-    std::fill(X, X + P, Complex(0.0, 0.0));
-    std::fill(Y, Y + P, Complex(0.0, 0.0));
     if (P == 0) return;
     const bool acceleration = kind == MotionKind::Acceleration;
     // The mean of the input reaches the absolute x acceleration only.
-    if (acceleration) X[0] = At(waveSpectrum, 0);
+    X[0] = acceleration ? At(waveSpectrum, 0) : Complex(0.0, 0.0);
+    Y[0] = Complex(0.0, 0.0);
+    // Lines 1 to P/2 and their mirrors cover every other index.
     const size_t half = P / 2;
     const double lineStep = 6.283185307179586 / (static_cast<double>(P) * timeStep);
     for (size_t k = 1; k <= half; ++k) {
@@ -42,11 +50,11 @@ void FillMotionSpectra(MotionKind kind, const ComplexVector& waveSpectrum, const
             // the input itself is added in x, where it acts.
             const double w = static_cast<double>(k) * lineStep;
             const Complex a(-(w * w), 0.0);
-            X[k] = f + f * (a * ux);
-            Y[k] = f * (a * uy);
+            X[k] = f + Mul(f, Mul(a, ux));
+            Y[k] = Mul(f, Mul(a, uy));
         } else {
-            X[k] = f * ux;
-            Y[k] = f * uy;
+            X[k] = Mul(f, ux);
+            Y[k] = Mul(f, uy);
         }
         if (k != half) {
             X[P - k] = std::conj(X[k]);
@@ -116,7 +124,8 @@ void WriteMotionHistories(const CAnalysisData& analysis, MotionKind kind, size_t
                 if (work.size() != 2 * P) work.assign(2 * P, Complex(0.0, 0.0));
                 SynthesiseNodeMotion(kind, analysis, analysis.nodes[first + i], *transform,
                                      work.data(), work.data() + P, steps,
-                                     block.series.data() + 2 * steps * i, block.peaks.data() + 2 * i);
+                                     block.series.data() + 2 * steps * i,
+                                     block.peaks.data() + 2 * i);
             }
         }
         if (pending.valid()) pending.get();

@@ -8,7 +8,9 @@ WorkFileWriter::WorkFileWriter(const std::string& path, size_t bufferBytes)
     if (file_) std::setvbuf(file_, nullptr, _IONBF, 0);
 }
 
-WorkFileWriter::~WorkFileWriter() { Close(); }
+WorkFileWriter::~WorkFileWriter() {
+    Close();
+}
 
 void WorkFileWriter::WriteBytes(const void* data, size_t bytes) {
     if (!file_ || !good_ || bytes == 0) return;

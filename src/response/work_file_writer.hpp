@@ -15,7 +15,7 @@
 #include <vector>
 
 class WorkFileWriter {
-public:
+  public:
     static constexpr size_t kDefaultBufferBytes = 65536;
 
     explicit WorkFileWriter(const std::string& path, size_t bufferBytes = kDefaultBufferBytes);
@@ -51,7 +51,7 @@ public:
     // False once opening or any write has failed.
     bool Good() const { return good_; }
 
-private:
+  private:
     template <typename T>
     static void Store(unsigned char* out, const T* values, size_t count) {
         if constexpr (std::endian::native == std::endian::little) {
@@ -60,7 +60,8 @@ private:
             for (size_t i = 0; i < count; ++i) {
                 unsigned char bytes[sizeof(T)];
                 std::memcpy(bytes, &values[i], sizeof(T));
-                for (size_t b = 0; b < sizeof(T); ++b) out[i * sizeof(T) + b] = bytes[sizeof(T) - 1 - b];
+                for (size_t b = 0; b < sizeof(T); ++b)
+                    out[i * sizeof(T) + b] = bytes[sizeof(T) - 1 - b];
             }
         }
     }

@@ -59,8 +59,8 @@ TEST(GaussStepResponse, StressEqualsTheMaterialsStressFromStrain) {
     const ComplexVector strain{Complex(1e-3, 2e-5), Complex(-4e-4, 1e-6), 0.0,
                                Complex(3e-3, -7e-5)};
     const RealVector expected = GaussStressFromStrain(*material, strain, point);
-    const StepResponse r = EvaluateStep(ConstitutiveMatrix(material->D),
-                                        {-1.5, -2.5, 0.25, 0.125}, strain[0], strain[1], strain[3]);
+    const StepResponse r = EvaluateStep(ConstitutiveMatrix(material->D), {-1.5, -2.5, 0.25, 0.125},
+                                        strain[0], strain[1], strain[3]);
     for (int i = 0; i < 4; ++i) EXPECT_DOUBLE_EQ(r.stress[i], expected[i]) << i;
 }
 

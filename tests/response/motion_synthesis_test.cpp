@@ -24,7 +24,7 @@ std::vector<double> TestWave() {
 }
 
 class MotionSynthesis : public ::testing::Test {
-protected:
+  protected:
     ProjectFolder project;
     WorkingDirectory cwd{project.Root()};
     CAnalysisData analysis;
@@ -99,7 +99,8 @@ TEST_F(MotionSynthesis, OneLineSpectrumMatchesDirectInverseTransform) {
     // The x acceleration is the input plus the relative response of this line.
     const std::vector<double> wave = TestWave();
     const std::vector<double> ax = DirectInverse(-w * w * F * Complex(0.2, -0.7), k, steps);
-    const auto disp = std::make_pair(Series(work_files::kDisp, 0, 0), Series(work_files::kDisp, 0, 1));
+    const auto disp =
+        std::make_pair(Series(work_files::kDisp, 0, 0), Series(work_files::kDisp, 0, 1));
     const auto acc = std::make_pair(Series(work_files::kAcc, 0, 0), Series(work_files::kAcc, 0, 1));
     for (size_t t = 0; t < steps; ++t) {
         EXPECT_NEAR(disp.first[t], dx[t], 1e-12);

@@ -24,7 +24,7 @@ Vector4 InitialStress(size_t e, size_t g) {
 }
 
 class StressStrainSynthesis : public ::testing::Test {
-protected:
+  protected:
     ProjectFolder project;
     WorkingDirectory cwd{project.Root()};
     CAnalysisData analysis;
@@ -136,8 +136,8 @@ TEST_F(StressStrainSynthesis, GroupsOfNoElementsStillCreateTheirFiveEmptyFiles) 
     analysis.RunStressStrainGroups(3, {0, 0, 3});
     for (int k = 0; k < 2; ++k) {
         const StressStrainFileNames names = GroupSetNames(k);
-        for (const std::string& f : {names.strain, names.stress, names.maxStrain, names.maxStress,
-                                     names.elementStress}) {
+        for (const std::string& f :
+             {names.strain, names.stress, names.maxStrain, names.maxStress, names.elementStress}) {
             ASSERT_TRUE(fs::exists(f)) << f;
             EXPECT_EQ(fs::file_size(f), 0u) << f;
         }
@@ -213,7 +213,8 @@ TEST_F(StressStrainSynthesis, UniformStrainFieldFollowsItsLineAtEveryPointOnBoth
                 }
             }
             EXPECT_NEAR(serialMax[point * 6], peakX, 1e-5);
-            for (int i = 0; i < 6; ++i) EXPECT_EQ(serialMax[point * 6 + i], groupMax[point * 6 + i]);
+            for (int i = 0; i < 6; ++i)
+                EXPECT_EQ(serialMax[point * 6 + i], groupMax[point * 6 + i]);
         }
     }
 }

@@ -1,7 +1,6 @@
 #include "response/synthesis_model.hpp"
 
 #include <cstring>
-
 #include <fstream>
 #include <iterator>
 
@@ -100,5 +99,9 @@ std::vector<T> ReadValues(const std::string& path) {
 }
 }  // namespace
 
-std::vector<double> ReadF64(const std::string& path) { return ReadValues<double>(path); }
-std::vector<float> ReadF32(const std::string& path) { return ReadValues<float>(path); }
+std::vector<double> ReadF64(const std::string& path) {
+    return ReadValues<double>(path);
+}
+std::vector<float> ReadF32(const std::string& path) {
+    return ReadValues<float>(path);
+}
