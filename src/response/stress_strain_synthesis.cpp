@@ -9,9 +9,12 @@
 void CalcStressStrainGroup(const CAnalysisData& analysis, int k,
                            const std::vector<uint32_t>& groupSizes) {
     StressStrainFiles files(GroupSetNames(k));
+    // A group beyond the list of sizes holds no elements; none reaches past the element list.
+    const bool known = k >= 0 && size_t(k) < groupSizes.size();
     const size_t elementCount = analysis.elements.size();
-    const size_t first = std::min<size_t>(size_t(groupSizes[0]) * size_t(k), elementCount);
-    const size_t last = std::min<size_t>(first + groupSizes[k], elementCount);
+    const size_t first =
+        known ? std::min<size_t>(size_t(groupSizes[0]) * size_t(k), elementCount) : elementCount;
+    const size_t last = known ? std::min<size_t>(first + groupSizes[k], elementCount) : first;
     if (first == last) return;
     ElementStressPass pass(analysis, RecordSteps::Every, &GaussStrainHistoryPrivate);
     for (size_t e = first; e < last; ++e) pass.Run(analysis.elements[e], files);

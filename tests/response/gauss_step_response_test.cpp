@@ -31,14 +31,6 @@ TEST(GaussStepResponse, PureShearGivesItsMagnitudeAsBothDeviatoricNorms) {
     EXPECT_EQ(r.vol, 0.0f);
 }
 
-TEST(GaussStepResponse, HydrostaticStressHasMeanPressureAndNoDeviator) {
-    const StepResponse r = EvaluateStep(Diagonal(0.0), {-3.0, -3.0, -3.0, 0.0}, 0.0, 0.0, 0.0);
-    EXPECT_FLOAT_EQ(r.mean, 3.0f);
-    EXPECT_NEAR(r.dev, 0.0f, 1e-6f);
-    EXPECT_EQ(r.stress[2], -3.0);  // z stress comes from the initial stress
-    EXPECT_EQ(r.strain[2], 0.0);
-}
-
 TEST(GaussStepResponse, ImaginaryPartsOfStrainAndModulusMeetInTheRealStress) {
     // Re((2 + 3i)(0.5 - 0.1i)) = 1.0 + 0.3
     const StepResponse r = EvaluateStep(Diagonal(Complex(2.0, 3.0)), {0.0, 0.0, 0.0, 10.0},

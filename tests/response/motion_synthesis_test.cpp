@@ -182,13 +182,4 @@ TEST_F(MotionSynthesis, BlocksAndThreadsGiveTheSameBytesAsOneNodeAtATime) {
     EXPECT_TRUE(project.Read(work_files::kMaxAcc) == serialPeaks);
 }
 
-TEST_F(MotionSynthesis, NoNodesGiveEmptyFiles) {
-    Synthesise();
-    for (const std::string& f :
-         {work_files::kDisp, work_files::kMaxDisp, work_files::kAcc, work_files::kMaxAcc}) {
-        ASSERT_TRUE(project.Exists(f)) << f;
-        EXPECT_EQ(std::filesystem::file_size(f), 0u) << f;
-    }
-}
-
 }  // namespace
