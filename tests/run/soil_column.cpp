@@ -21,7 +21,8 @@ SoilColumn::SoilColumn(int nodesPerElement, int layers, boost::shared_ptr<DAT_Ma
     analysis.iterationLimit = 1;
 }
 
-void SoilColumn::SetWave(const std::vector<double>& acc, double timeStep, double cutoff) {
+void SetTestWave(CAnalysisData& analysis, const std::vector<double>& acc, double timeStep,
+                 double cutoff) {
     const size_t P = acc.size();
     analysis.timeStep = timeStep;
     analysis.seismicWaves.assign(1, CSeismicWave{});
@@ -36,12 +37,14 @@ void SoilColumn::SetWave(const std::vector<double>& acc, double timeStep, double
     analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
 }
 
-std::pair<std::string, std::string> SoilColumn::Solve(bool equivalentLinear) {
+std::pair<std::string, std::string> SolveCapturingConsole(CAnalysisData& analysis,
+                                                          bool equivalentLinear,
+                                                          const std::string& freeFieldFolder) {
     CRunControl run("", "");
     run.equivalentLinear = equivalentLinear;
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    RunSolution(analysis, run, "/nonexistent-free-field/");
+    RunSolution(analysis, run, freeFieldFolder);
     std::string out = testing::internal::GetCapturedStdout();
     return {out, testing::internal::GetCapturedStderr()};
 }
