@@ -1,8 +1,8 @@
 // Direct solution of complex sparse systems held as compressed rows (0-based, 64-bit indices).
 // The ordering and symbolic factorisation of a pattern are done once and shared read-only by any
 // number of threads; each thread factorises and solves its own values with a LineSolver.
-// The factorisation is the unsymmetric multifrontal LU of UMFPACK with single-threaded BLAS, so
-// that a solution does not depend on the thread that computed it.
+// The factorisation is the multifrontal LU of UMFPACK with partial pivoting and single-threaded
+// BLAS, so that a solution does not depend on the thread that computed it.
 #pragma once
 
 #include <complex>

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <mutex>
 
 #include "run/platform.hpp"
 #include "run/sparse_solver.hpp"
@@ -115,6 +116,10 @@ const char* SolveErrorText(int code) {
 }
 
 void FailSolve(int code) {
+    // The first failing line reports and ends the run; a line failing at the same time in
+    // another thread waits here until the process is gone.
+    static std::mutex reporting;
+    reporting.lock();
     std::cout << SolveErrorText(code);
     std::printf("Solve Error : %d 開発元にご連絡下さい\n", code);
     TerminateRun(-1234);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <omp.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <string>
@@ -119,6 +120,29 @@ TEST(FrequencyLoop, KeepsItsAnalysisForStiffnessOfTheSamePattern) {
     loop.Run(wider, model.analysis);
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(loop.Pattern()->System().column.size(), entries + 2);
+}
+
+}  // namespace
+
+namespace {
+
+// Every line singular: all terms zero. Standard output goes to standard error for the death test.
+void SolveSingularLinesWithOutputOnStderr() {
+    dup2(2, 1);
+    LineTestModel model;
+    const SparseComplexMatrix zero = 0.0 * model.stiffness;
+    model.mass = 0.0 * model.mass;
+    model.baseViscous = 0.0 * model.baseViscous;
+    omp_set_num_threads(2);
+    FrequencyLoop loop(model.Terms(2));
+    loop.Run(zero, model.analysis);
+}
+
+TEST(FrequencyLoopDeathTest, FailedLineEndsTheWholeRunFromItsThread) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        SolveSingularLinesWithOutputOnStderr(), ::testing::ExitedWithCode(-1234 & 0xff),
+        "0 pivotがあります。factorizationが問題ですSolve Error : -4 開発元にご連絡下さい\n");
 }
 
 }  // namespace
