@@ -6,24 +6,32 @@
 #include "results/number_format.hpp"
 
 TextBuffer::TextBuffer(std::FILE* file, size_t capacity)
-    : file_(file), data_(std::max<size_t>(capacity, 2 * kMaxNumberChars)) {}
+    : file_(file), capacity_(std::max<size_t>(capacity, 2 * kMaxNumberChars)) {
+    data_.reset(new char[capacity_]);
+}
 
 char* TextBuffer::Reserve(size_t n) {
-    if (used_ + n > data_.size()) {
+    if (used_ + n > capacity_) {
         Flush();
-        if (used_ + n > data_.size()) data_.resize(std::max(2 * data_.size(), used_ + n));
+        if (used_ + n > capacity_) {
+            const size_t grown = std::max(2 * capacity_, used_ + n);
+            std::unique_ptr<char[]> larger(new char[grown]);
+            std::memcpy(larger.get(), data_.get(), used_);
+            data_ = std::move(larger);
+            capacity_ = grown;
+        }
     }
-    return data_.data() + used_;
+    return data_.get() + used_;
 }
 
 void TextBuffer::Flush() {
     if (file_ == nullptr || used_ == 0) return;
-    std::fwrite(data_.data(), 1, used_, file_);
+    std::fwrite(data_.get(), 1, used_, file_);
     used_ = 0;
 }
 
 TextBuffer& TextBuffer::Text(std::string_view text) {
-    if (text.size() > data_.size() && file_ != nullptr) {
+    if (text.size() > capacity_ && file_ != nullptr) {
         Flush();
         std::fwrite(text.data(), 1, text.size(), file_);
         return *this;

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 class TextBuffer {
   public:
@@ -25,13 +25,14 @@ class TextBuffer {
     // Writes what is pending to the file, if there is one.
     void Flush();
     // The pending text (all of it when there is no file).
-    std::string_view View() const { return {data_.data(), used_}; }
+    std::string_view View() const { return {data_.get(), used_}; }
 
   private:
     // Room for n more characters: flushes first or grows.
     char* Reserve(size_t n);
 
     std::FILE* file_;
-    std::vector<char> data_;
+    std::unique_ptr<char[]> data_;  // left uninitialised: every byte is written before use
+    size_t capacity_;
     size_t used_ = 0;
 };

@@ -30,16 +30,26 @@ TEST(NumberFormat, FixedGivesPrintfDigitsAcrossScalesAndPrecisions) {
         for (int precision : {4, 6, 8}) {
             const std::string format = "%." + std::to_string(precision) + "f";
             ASSERT_EQ(Fixed(value, precision), Printf(format.c_str(), value)) << value;
+            // The double nearest a decimal half unit: the hardest case for rounding.
+            const double unit = std::pow(10.0, -precision);
+            const double nearTie = (std::round(value / unit) + 0.5) * unit;
+            ASSERT_EQ(Fixed(nearTie, precision), Printf(format.c_str(), nearTie)) << nearTie;
         }
     }
 }
 
-TEST(NumberFormat, FixedRoundsExactTiesToEvenAsPrintf) {
-    for (double value : {0.125, 0.375, 2.5, 0.03125, 0.00005, 1.00005, -0.00015, 1e9 + 0.5}) {
-        EXPECT_EQ(Fixed(value, 2), Printf("%.2f", value));
-        EXPECT_EQ(Fixed(value, 4), Printf("%.4f", value));
-        EXPECT_EQ(Fixed(value, 0), Printf("%.0f", value));
+TEST(NumberFormat, FixedRoundsExactTiesToEvenAndTheirNeighboursAsPrintf) {
+    // 1/32, 1/128 and 1/512 are exact ties at 4, 6 and 8 decimals.
+    for (double tie : {0.03125, 0.0078125, 0.001953125, 2.5, 0.125, 1e9 + 0.5}) {
+        for (double value : {tie, std::nextafter(tie, 0.0), std::nextafter(tie, 10.0), -tie}) {
+            for (int precision : {0, 2, 4, 6, 8}) {
+                const std::string format = "%." + std::to_string(precision) + "f";
+                EXPECT_EQ(Fixed(value, precision), Printf(format.c_str(), value)) << value;
+            }
+        }
     }
+    EXPECT_EQ(Fixed(0.03125, 4), "0.0312");
+    EXPECT_EQ(Fixed(0.0078125, 6), "0.007812");
 }
 
 TEST(NumberFormat, FixedKeepsTheSignOfZeroAndOfTinyNegatives) {
