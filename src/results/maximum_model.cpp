@@ -56,7 +56,8 @@ void WriteMaximumModelGrouped(const CAnalysisData& analysis, int groupCount,
         out.Text(RecordBanner(kind));
         const std::vector<std::vector<float>> buffers = LoadGroupMaxima(kind, groupCount, out);
         const GroupedRecords records{buffers, groupSizes, buffers.size(), 0, 1, 0};
-        AppendGroupedRecords(out, kind, PointCountRule::kIndexInGroup, analysis, records);
+        TextBuffer* const outs[] = {&out};
+        AppendGroupedRecords(outs, kind, PointCountRule::kIndexInGroup, analysis, records);
     }
     AppendClosingBlocks(out);
 }

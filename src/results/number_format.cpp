@@ -7,7 +7,9 @@
 
 namespace {
 
-constexpr uint64_t Pow10(int n) { return n == 0 ? 1 : 10 * Pow10(n - 1); }
+constexpr uint64_t Pow10(int n) {
+    return n == 0 ? 1 : 10 * Pow10(n - 1);
+}
 
 constexpr char kDigitPairs[] =
     "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
@@ -55,7 +57,7 @@ uint64_t QuicklyScaledAndRounded(double magnitude, uint64_t bits) {
     const double scaled = magnitude * static_cast<double>(Pow10(precision));
     if (scaled < kTwoTo52) {
         const double nearest = (scaled + kTwoTo52) - kTwoTo52;  // to the nearest integer
-        const double distance = std::fabs(scaled - nearest);   // exact
+        const double distance = std::fabs(scaled - nearest);    // exact
         if (std::fabs(distance - 0.5) > scaled * 0x1p-50) return static_cast<uint64_t>(nearest);
     }
     return ScaledAndRounded<precision>(bits);

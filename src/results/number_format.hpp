@@ -7,9 +7,9 @@
 // Room that any one number written below needs ("%f" of 1e308 has 309 integer digits).
 inline constexpr int kMaxNumberChars = 330;
 
-// "%.<precision>f" of value, any precision (4, 6 and 8 the fast ones): correctly rounded (ties to even on the exact
-// binary value), a minus sign whenever the sign bit is set, "inf" and "nan" as printf writes them.
-// Returns the end of the written characters; no terminating zero.
+// "%.<precision>f" of value, any precision (4, 6 and 8 the fast ones): correctly rounded (ties to
+// even on the exact binary value), a minus sign whenever the sign bit is set, "inf" and "nan" as
+// printf writes them. Returns the end of the written characters; no terminating zero.
 char* FormatFixed(char* out, double value, int precision);
 
 // "%le": d.dddddde+XX, at least two exponent digits.

@@ -1,5 +1,6 @@
 #include "results/record_batches.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
@@ -10,6 +11,9 @@
 #include "run/platform.hpp"
 
 namespace {
+
+// Step files written together by one worker: few enough to stay open at once.
+constexpr int64_t kStepsPerRun = 16;
 
 [[noreturn]] void FailMeasuring(const std::string& name, const char* fault) {
     std::cerr << "Error : " << name << fault << std::endl;
@@ -71,21 +75,24 @@ void AppendRecordPass(RecordKind kind, const CAnalysisData& analysis, const std:
         const int64_t firstElement = b == 0 ? 0 : batchFileCounts[b - 1] * b * firstGroupSize;
         const int groupCount = batchFileCounts[b];
         const bool lastBatch = b == batches - 1;
+        // A work item is a run of consecutive steps, whose records lie side by side.
+        const int64_t runs = (stepCount + kStepsPerRun - 1) / kStepsPerRun;
         ForEachWithProgress(
-            stepCount, SliceForWorkers(10, 10),
-            [&](int64_t s) {
-                if (s % 10 != 0) return;
-                std::cout << (stress ? "\r時刻歴ファイル出力中(Stress "
-                                     : "\r時刻歴ファイル出力中(Strain ")
-                          << b + 1 << "/" << batches << ") " << s << "step";
+            runs, SliceForWorkers(1, 1),
+            [&](int64_t run) {
+                for (int64_t s = run * kStepsPerRun;
+                     s < std::min(stepCount, (run + 1) * kStepsPerRun); ++s) {
+                    if (s % 10 != 0) continue;
+                    std::cout << (stress ? "\r時刻歴ファイル出力中(Stress "
+                                         : "\r時刻歴ファイル出力中(Strain ")
+                              << b + 1 << "/" << batches << ") " << s << "step";
+                }
             },
-            [&](int64_t s) {
-                if (stress)
-                    AppendStressRecords(folder, s, analysis, stepBuffers, batchSizes, groupCount,
-                                        firstElement);
-                else
-                    AppendStrainRecords(folder, s, analysis, stepBuffers, batchSizes, groupCount,
-                                        firstElement, lastBatch);
+            [&](int64_t run) {
+                const int64_t first = run * kStepsPerRun;
+                AppendStepRangeRecords(
+                    kind, folder, first, std::min(kStepsPerRun, stepCount - first), analysis,
+                    stepBuffers, batchSizes, groupCount, firstElement, !stress && lastBatch);
             });
     }
 }

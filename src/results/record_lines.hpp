@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -25,16 +26,17 @@ void AppendClosingBlocks(TextBuffer& out);
 int PointCountOf(const CAnalysisData& analysis, int64_t element);
 double StiffnessRatioOf(const CAnalysisData& analysis, int64_t element);
 
-// The lines of one element: lineCount points, the record of point g at
-// index.Position(element, g, step) of data, printed with elementNumber.
+// The lines of one element at consecutive steps, those of step firstStep + i going to outs[i]:
+// lineCount points, the record of point g at index.Position(element, g, step) of data, printed
+// with elementNumber.
 struct ElementLines {
     int64_t elementNumber = 0;
     int lineCount = 0;
     double stiffnessRatio = 0.0;  // stress lines only
 };
-void AppendElementLines(TextBuffer& out, RecordKind kind, const std::vector<float>& data,
-                        const WorkRecordIndex& index, uint64_t element, uint64_t step,
-                        const ElementLines& lines);
+void AppendElementLines(std::span<TextBuffer* const> outs, RecordKind kind,
+                        const std::vector<float>& data, const WorkRecordIndex& index,
+                        uint64_t element, uint64_t firstStep, const ElementLines& lines);
 
 // Both blocks over all elements in list order, from the single work-file set (S = 1), then the
 // closing blocks.
@@ -54,8 +56,9 @@ struct GroupedRecords {
     size_t groupCount = 0;
     int64_t firstElement = 0;  // global index of the first element of group 0
     uint64_t stepStride = 1;   // S of the buffers
-    uint64_t step = 0;
+    uint64_t firstStep = 0;
 };
-// The lines of every element of the groups, numbered on from firstElement + 1, without banner.
-void AppendGroupedRecords(TextBuffer& out, RecordKind kind, PointCountRule rule,
+// The lines of every element of the groups, numbered on from firstElement + 1, without banner,
+// for consecutive steps from records.firstStep, one text per step.
+void AppendGroupedRecords(std::span<TextBuffer* const> outs, RecordKind kind, PointCountRule rule,
                           const CAnalysisData& analysis, const GroupedRecords& records);
