@@ -2,7 +2,9 @@
 // the stress and strain passes, the maxima and the text time histories, on a rectangular soil
 // section with synthetic work files. Figures on standard error; progress on standard output.
 //
-//   output_bench [folder] [steps] [columns] [rows]
+//   output_bench [folder] [steps] [columns] [rows] [workers]
+//
+// Workers default to the program's own choice: all processors but one.
 #include <fcntl.h>
 #include <omp.h>
 #include <unistd.h>
@@ -125,14 +127,15 @@ int main(int argc, char** argv) {
     const int steps = argc > 2 ? std::stoi(argv[2]) : 60;
     const int columns = argc > 3 ? std::stoi(argv[3]) : 249;
     const int rows = argc > 4 ? std::stoi(argv[4]) : 99;
-    omp_set_num_threads(std::max(1, ProcessorCount() - 1));
+    const int workers = argc > 5 ? std::stoi(argv[5]) : std::max(1, ProcessorCount() - 1);
+    omp_set_num_threads(workers);
 
     fs::create_directories(root);
     fs::current_path(root);
     fs::create_directories("output");
     fs::create_directories("dyn");
     const CAnalysisData model = Section(columns, rows, steps);
-    const int groupCount = std::max(1, ProcessorCount() - 1);
+    const int groupCount = workers;
     std::vector<uint32_t> groupSizes(groupCount, model.elements.size() / groupCount);
     groupSizes.back() += model.elements.size() % groupCount;
     WriteWorkFiles(model, groupSizes);

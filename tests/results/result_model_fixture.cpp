@@ -39,8 +39,8 @@ CAnalysisData SmallModel(int columns, int steps) {
         element.nodes = {e, e + 1, columns + 2 + e, columns + 1 + e};
         element.gaussCount = element.ruleCount = 4;
         element.gaussRule = boost::make_shared<DefaultGauss>(2, 4);
-        element.gaussPoints = {CGauss(-a, -a, 1.0), CGauss(a, -a, 1.0), CGauss(a, a, 1.0),
-                               CGauss(-a, a, 1.0)};
+        element.gaussPoints = {CGauss(-a, -a, 1.0), CGauss(a, -a, 1.0), CGauss(-a, a, 1.0),
+                               CGauss(a, a, 1.0)};
         element.shapeFunction = boost::make_shared<IsoParametricQuadSquare>();
         element.material = material;
         model.elements.push_back(element);
