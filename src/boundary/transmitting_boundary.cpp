@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "boundary/e_matrix_file.hpp"
+#include "input/line_reader.hpp"
 
 namespace {
 // The two files of frequency line i, right side first.
@@ -56,6 +57,7 @@ struct FrequencyEMatrixStore::Impl {
     std::string folder;
     const CAnalysisData& analysis;
     SparseComplexMatrix pattern;
+    std::vector<uint64_t> patternKeys;  // the entries of pattern, ascending
     bool inMemory = true;
     // Entry i: the merged entries of line i, ascending keys (held only in memory).
     std::vector<std::vector<EMatrixEntry>> lines;
@@ -127,7 +129,8 @@ void FrequencyEMatrixStore::Impl::ScanAll(uint64_t memoryBudgetBytes) {
         }
     }
     pattern = SparseComplexMatrix(static_cast<size_t>(std::max(analysis.freeDofCount, 0)));
-    for (const uint64_t key : unionKeys) {
+    patternKeys = std::move(unionKeys);
+    for (const uint64_t key : patternKeys) {
         auto& row = pattern.rows[KeyRow(key)];
         row.emplace_hint(row.end(), KeyColumn(key), Complex(0.0, 0.0));
     }
@@ -161,4 +164,31 @@ SparseComplexMatrix FrequencyEMatrixStore::Line(int i) const {
         row.emplace_hint(row.end(), KeyColumn(e.key), e.value);
     }
     return matrix;
+}
+
+void FrequencyEMatrixStore::LineOverPattern(int i, std::vector<Complex>& values) const {
+    const Impl& store = *impl_;
+    values.assign(store.patternKeys.size(), Complex(0.0, 0.0));
+    const bool held = store.inMemory && i >= 1 && i < store.analysis.frequencyCount;
+    Impl::LineRead read;
+    if (!held) {
+        read = store.ReadLine(i);
+        if (read.outcome.status != EMatrixFileOutcome::Status::kRead)
+            StopOnEMatrixOutcome(read.outcome, read.failedPath, FrequencyReadingErrorText(i));
+    }
+    const std::vector<EMatrixEntry>& entries =
+        held ? store.lines[static_cast<size_t>(i)] : read.entries;
+    // Both lists ascend. A line read again holds nothing beyond the pattern unless its files
+    // changed during the run.
+    size_t k = 0;
+    for (const EMatrixEntry& e : entries) {
+        while (k < store.patternKeys.size() && store.patternKeys[k] < e.key) ++k;
+        if (k == store.patternKeys.size() || store.patternKeys[k] != e.key)
+            StopOnBadInput(FrequencyFilePath(store.folder, i, 0), 0,
+                           "this line's matrix files changed during the run: equations " +
+                               std::to_string(KeyRow(e.key)) + ", " +
+                               std::to_string(KeyColumn(e.key)) +
+                               " were not coupled when they were first read");
+        values[k] = e.value;
+    }
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "run/analysis_data.hpp"
 #include "run/sparse_complex_matrix.hpp"
@@ -36,6 +37,10 @@ class FrequencyEMatrixStore {
     const SparseComplexMatrix& Pattern() const;
     // The matrix of line i, as ReadFrequencyEMatrix gives it.
     SparseComplexMatrix Line(int i) const;
+    // The values of line i at the entries of Pattern(), in row order and within a row in column
+    // order; 0 where the line has no entry. For adding the line into a system whose pattern is
+    // fixed, without building a matrix.
+    void LineOverPattern(int i, std::vector<Complex>& values) const;
     // Whether the lines are held in memory (else Line() reads the files again).
     bool InMemory() const;
 

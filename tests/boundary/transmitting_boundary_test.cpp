@@ -129,10 +129,21 @@ class FrequencyEMatrixStoreTest : public testing::Test {
         }
     }
 
+    // Line() and LineOverPattern() of every line against the files read directly.
     void ExpectEveryLineAsRead(const FrequencyEMatrixStore& store) {
+        std::vector<Complex> values;
         for (int i = 1; i < model.frequencyCount; ++i) {
             SCOPED_TRACE("line " + std::to_string(i));
-            ExpectSameEntries(store.Line(i), FrequencyMatrix(folder, i, model));
+            const SparseComplexMatrix expected = FrequencyMatrix(folder, i, model);
+            ExpectSameEntries(store.Line(i), expected);
+            store.LineOverPattern(i, values);
+            size_t k = 0;
+            for (size_t r = 0; r < store.Pattern().RowCount(); ++r)
+                for (const auto& [c, unused] : store.Pattern().rows[r]) {
+                    const auto found = expected.rows[r].find(c);
+                    EXPECT_EQ(values.at(k++), found == expected.rows[r].end() ? Complex() : found->second);
+                }
+            EXPECT_EQ(k, values.size());
         }
     }
 
