@@ -22,23 +22,20 @@ SparseComplexMatrix FromBoundaryLines(CAnalysisData& model, const std::string& l
 }
 }  // namespace
 
-TEST(ViscousBoundary, RowWithoutThirdEdgeNodeGetsTwoTermsInItsDirection) {
-    CAnalysisData model = NumberedModel(4, {});
-    //                       code node dir  re  im  f1  f2 f3 f4 edges
-    const auto m = FromBoundaryLines(model, "$VISCO 100 1 0  3.0 0.0  8 10 5 20  1 2 -1\n", false);
-    ASSERT_EQ(m.RowCount(), 8u);
-    EXPECT_EQ(m.EntryCount(), 2u);
-    EXPECT_EQ(m.rows[2].at(2), Complex(1.0, 0.0));  // node 1 x to node 1 x
-    EXPECT_EQ(m.rows[2].at(4), Complex(0.5, 0.0));  // node 1 x to node 2 x
-}
-
-TEST(ViscousBoundary, AnyDirectionButZeroMeansYAndTermsAccumulate) {
+// Without a third edge node a row gets two terms; a direction other than 0 means y; terms on
+// one place add up.
+TEST(ViscousBoundary, RowsTakeTheirTermsInTheirDirectionAndTermsAccumulate) {
     CAnalysisData model = NumberedModel(4, {});
     const auto m = FromBoundaryLines(model,
+                                     // code node dir  re im  f1 f2 f3 f4  edges
+                                     "$VISCO 100 1 0  3 0  8 10 5 20  1 2 -1\n"
                                      "$VISCO 101 0 2  0 3  1 3 6 9  0 1 2\n"
                                      "$VISCO 102 0 1  3 0  1 30 0 0  0 1 2\n",
                                      false);
-    EXPECT_EQ(m.EntryCount(), 3u);
+    ASSERT_EQ(m.RowCount(), 8u);
+    EXPECT_EQ(m.EntryCount(), 5u);
+    EXPECT_EQ(m.rows[2].at(2), Complex(1.0, 0.0));  // node 1 x to node 1 x
+    EXPECT_EQ(m.rows[2].at(4), Complex(0.5, 0.0));  // node 1 x to node 2 x
     EXPECT_EQ(m.rows[1].at(1), Complex(3.0, 0.3));
     EXPECT_EQ(m.rows[1].at(3), Complex(0.0, 0.6));
     EXPECT_EQ(m.rows[1].at(5), Complex(0.0, 0.9));
