@@ -1,3 +1,121 @@
-// Placeholder until this stage is built; replaced by the real implementation.
+// The input acceleration record: a header line and "time,acceleration" samples in gal,
+// resampled on the analysis time step, padded to a power of two and transformed.
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "input/line_reader.hpp"
+#include "input/wave_resampling.hpp"
 #include "run/analysis_data.hpp"
-void CAnalysisData::ReadSeismic(const std::string&) {}
+#include "run/platform.hpp"
+
+namespace {
+
+// The fields of a header line, split at every comma with nothing trimmed.
+std::vector<std::string> SplitAtCommas(const std::string& line) {
+    std::vector<std::string> fields;
+    size_t start = 0;
+    for (;;) {
+        const size_t comma = line.find(',', start);
+        fields.push_back(line.substr(start, comma - start));
+        if (comma == std::string::npos) return fields;
+        start = comma + 1;
+    }
+}
+
+struct WaveFile {
+    bool hasHeader = false;
+    int headerLine = 0;
+    std::vector<std::string> header;
+    std::vector<double> times;   // s
+    std::vector<double> values;  // gal
+    int lastLine = 0;
+};
+
+// A longer record than this cannot be padded and transformed in one piece.
+constexpr double kLongestWave = 1073741824.0;  // 2^30 samples
+
+}  // namespace
+
+void CAnalysisData::ReadSeismic(const std::string& path) {
+    WaveFile file;
+    const bool read =
+        ReadDataLines(path, "SesmicData:Reading error", [&](const std::string& line, int number) {
+            file.lastLine = number;
+            if (!file.hasHeader) {
+                file.hasHeader = true;
+                file.headerLine = number;
+                file.header = SplitAtCommas(line);
+                return;
+            }
+            double t = 0.0, a = 0.0;
+            if (std::sscanf(line.c_str(), "%lf,%lf", &t, &a) == 2) {
+                file.times.push_back(t);
+                file.values.push_back(a);
+            }
+        });
+    if (!read) return;
+    std::printf("Input GAL\n");
+
+    if (file.header.size() < 3) {
+        StopOnBadInput(path, file.headerLine,
+                       "the header needs three comma-separated fields, it has " +
+                           std::to_string(file.header.size()));
+    }
+    // The second field is read and not used; the third is the amplitude factor.
+    double factor = 0.0;
+    if (std::sscanf(file.header[2].c_str(), "%lf", &factor) != 1) factor = 0.0;
+    for (double& value : file.values) value = value * 0.01 * factor;  // gal to m/s2
+    const double tEnd = file.times.empty() ? 0.0 : file.times.back();
+
+    if (timeStep == 0.0) {
+        std::printf("時間間隔が設定されておりません\n");
+        TerminateRun(2);  // no wave, so nothing after this can run
+    }
+    const double tStart = 0.0;
+    const double length = ResampledLength(tStart, tEnd, timeStep);
+    if (!(timeStep > 0.0) || !(length >= 1.0) || !(length <= kLongestWave)) {
+        char fault[160];
+        std::snprintf(fault, sizeof fault,
+                      "time step %g and last sample time %g give no wave of 1 to 2^30 samples",
+                      timeStep, tEnd);
+        StopOnBadInput(path, file.lastLine, fault);
+    }
+
+    CSeismicWave wave;
+    wave.id = 0;
+    wave.timeStep = timeStep;
+    wave.sampleCount = static_cast<int>(length);
+    wave.acc.assign(static_cast<size_t>(wave.sampleCount), 0.0);
+    if (!ResampleLinear(file.times, file.values, timeStep, tStart, tEnd, wave.acc))
+        std::printf("地震波形が不正な時間間隔で指定されました\n");
+
+    const size_t n = wave.acc.size();
+    const size_t padded = PowerOfTwoAtLeast(n);
+    if (padded != n) {
+        std::printf("FFT用にデータを2のべき乗に変更します");
+        std::printf("%dから%d個へ変更します\n", static_cast<int>(n), static_cast<int>(padded));
+        wave.acc.resize(padded, 0.0);
+    }
+    const double p = static_cast<double>(padded);
+    std::printf("SeismicTime = %lf\n", p * timeStep);
+    std::printf(" Seismic data : fmin = %.2lf\tfmax = %.2lf\n", 1.0 / (p * timeStep),
+                0.5 / timeStep);
+
+    // The cut-off never passes the Nyquist frequency; at or above it, it becomes it.
+    frequencyCount = CountFrequencyLines(cutoffFrequency, padded, timeStep);
+    const int halfPlusOne = static_cast<int>(padded / 2 + 1);
+    if (!(halfPlusOne > frequencyCount)) {
+        frequencyCount = halfPlusOne;
+        cutoffFrequency = 0.5 / timeStep;
+    }
+
+    transformHandle = std::make_unique<FourierTransform>(padded);
+    waveSpectrum = ComplexVector(padded);
+    for (size_t i = 0; i < padded; ++i) waveSpectrum[i] = Complex(wave.acc[i], 0.0);
+    transformHandle->Forward(waveSpectrum.begin_ptr());
+
+    seismicWaves.push_back(std::move(wave));
+}

@@ -1,3 +1,67 @@
-// Placeholder until this stage is built; replaced by the real implementation.
+// The initial stresses from the self-weight analysis ("output0.inp"): the block behind the
+// line "---- stress ----", one line for each integration point in element order, in tf/m2.
+// They become the points' initial stresses and, for GHE materials, the shear strength.
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "input/line_reader.hpp"
+#include "input/self_weight_stress.hpp"
 #include "run/analysis_data.hpp"
-void CAnalysisData::ReadSelfWeightStress(const std::string&) {}
+
+namespace {
+constexpr const char* kStressMarker = "---- stress ----";
+constexpr double kGravity = 9.80665;  // tf/m2 to kN/m2
+constexpr double kTensileConfinementFloor = 0.010132500000000001;
+constexpr int kGheType = 4;
+}  // namespace
+
+double GheStrength(const DAT_GHEmodel& material, double sx, double sy, double sxy) {
+    const double a = -sx;
+    const double b = -sy;
+    const double t = -sxy;
+    const double r = std::sqrt(std::pow(a - b, 2.0) + 4.0 * t * t);
+    const double s1 = ((a + b) + r) * 0.5;
+    const double s3 = ((a + b) - r) * 0.5;
+    const double mean = (s1 + s3) * 0.5;
+    const double p = mean - std::sin(material.phi) * ((s1 - s3) * 0.5);
+    const double q =
+        p < 0.0 ? std::tan(material.phi) * kTensileConfinementFloor : std::tan(material.phi) * p;
+    return (q + material.c) / material.strengthDivisor;
+}
+
+void CAnalysisData::ReadSelfWeightStress(const std::string& path) {
+    // Everything behind the marker line, with no comment rule.
+    std::vector<std::string> block;
+    bool inBlock = false;
+    const bool opened = ReadAllLines(path, [&](const std::string& line, int) {
+        if (inBlock)
+            block.push_back(line);
+        else
+            inBlock = line == kStressMarker;
+    });
+    if (!opened) FailReading("自重解析:Reading error");
+
+    // Order alone ties a line to its point. A line that does not scan, and every point past the
+    // end of the block, keeps the values of the line before.
+    int pointNumber = 0;
+    double s[6] = {};
+    size_t next = 0;
+    for (CElement& element : elements) {
+        auto* ghe = element.material->type == kGheType
+                        ? dynamic_cast<DAT_GHEmodel*>(element.material.get())
+                        : nullptr;
+        for (CGauss& point : element.gaussPoints) {
+            if (next < block.size()) {
+                std::sscanf(block[next].c_str(), "%d %lf %lf %lf %lf %lf %lf", &pointNumber, &s[0],
+                            &s[1], &s[2], &s[3], &s[4], &s[5]);
+                ++next;
+            }
+            for (int i = 0; i < 4; ++i) point.stress[i] = s[i] * kGravity / 1000.0;
+            // One strength for the material object: the element's last point decides it.
+            if (ghe != nullptr)
+                ghe->tauf = GheStrength(*ghe, point.stress[0], point.stress[1], point.stress[3]);
+        }
+    }
+}

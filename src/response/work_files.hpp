@@ -29,11 +29,21 @@ inline const std::string kMaxStrain = "work_Mstrain.dat";
 inline const std::string kElementStress = "work_AveStress.dat";
 
 // The numbered sets of element group k.
-inline std::string Stress(int k) { return "work_stress" + std::to_string(k) + ".dat"; }
-inline std::string Strain(int k) { return "work_strain" + std::to_string(k) + ".dat"; }
-inline std::string MaxStress(int k) { return "work_Mstress" + std::to_string(k) + ".dat"; }
-inline std::string MaxStrain(int k) { return "work_Mstrain" + std::to_string(k) + ".dat"; }
-inline std::string ElementStress(int k) { return "work_Avestress" + std::to_string(k) + ".dat"; }
+inline std::string Stress(int k) {
+    return "work_stress" + std::to_string(k) + ".dat";
+}
+inline std::string Strain(int k) {
+    return "work_strain" + std::to_string(k) + ".dat";
+}
+inline std::string MaxStress(int k) {
+    return "work_Mstress" + std::to_string(k) + ".dat";
+}
+inline std::string MaxStrain(int k) {
+    return "work_Mstrain" + std::to_string(k) + ".dat";
+}
+inline std::string ElementStress(int k) {
+    return "work_Avestress" + std::to_string(k) + ".dat";
+}
 
 }  // namespace work_files
 
@@ -52,5 +62,7 @@ struct WorkRecordIndex {
     uint64_t Position(uint64_t e, uint64_t g, uint64_t t) const {
         return ((kPointsPerElement * e + g) * stepStride + t) * kValuesPerRecord;
     }
-    uint64_t BytePosition(uint64_t e, uint64_t g, uint64_t t) const { return 4 * Position(e, g, t); }
+    uint64_t BytePosition(uint64_t e, uint64_t g, uint64_t t) const {
+        return 4 * Position(e, g, t);
+    }
 };

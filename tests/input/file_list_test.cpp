@@ -86,4 +86,15 @@ TEST(LineReader, CommentNeedsTwoSlashesAndCarriageReturnsAreStripped) {
     EXPECT_EQ(numbers, (std::vector<int>{2, 3, 4}));
 }
 
+TEST(FileList, CommentLineInTheListTakesNoSlot) {
+    ProjectFolder project;
+    project.Write("config_VARNEK.txt", project.Root().string() + "/\n");
+    project.Write("input_VARNEK.inp", "// model of the test\nconstants.dat\nwave.dat\n");
+    project.Write("constants.dat", "10\n0\n0.01\n0.02\n0.65\n5\n2\n");
+    // Were the comment a slot, the constants reader would fail on it; the wave file is missing.
+    const ProgramRun run = project.Run();
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, project.Root().string() + "/\nSesmicData:Reading error\n");
+}
+
 }  // namespace
