@@ -10,8 +10,15 @@
 
 namespace {
 
-// The work files of a model at rest, as the syntheses leave them for all-zero spectra: every
-// series and every record zero, in the sizes of their layouts. Without groups, the single set.
+// Stress records at rest: all zero, the mean stress (zero times a negative factor) as -0.
+std::vector<float> RestingStress(size_t records) {
+    std::vector<float> values(records * 6);
+    for (size_t r = 0; r < records; ++r) values[r * 6 + 4] = -0.0f;
+    return values;
+}
+
+// The work files of a model at rest, as the syntheses leave them for all-zero spectra, in the
+// sizes of their layouts: the numbered sets of the groups or, without groups, the single set.
 void WriteRestingWorkFiles(const CAnalysisData& model, const std::vector<uint32_t>& groupSizes) {
     const size_t nodes = model.nodes.size(), steps = model.SampleCount();
     for (const std::string& name : {work_files::kDisp, work_files::kAcc})
@@ -20,7 +27,7 @@ void WriteRestingWorkFiles(const CAnalysisData& model, const std::vector<uint32_
         WriteWords(name, std::vector<double>(nodes * 2));
     for (size_t k = 0; k < groupSizes.size(); ++k) {
         const size_t records = groupSizes[k] * 4;
-        WriteWords(work_files::Stress(k), std::vector<float>(records * steps * 6));
+        WriteWords(work_files::Stress(k), RestingStress(records * steps));
         WriteWords(work_files::Strain(k), std::vector<float>(records * steps * 6));
         WriteWords(work_files::MaxStress(k), std::vector<float>(records * 6));
         WriteWords(work_files::MaxStrain(k), std::vector<float>(records * 6));
@@ -28,7 +35,7 @@ void WriteRestingWorkFiles(const CAnalysisData& model, const std::vector<uint32_
     }
     if (!groupSizes.empty()) return;
     const size_t records = model.elements.size() * 4;
-    WriteWords(work_files::kStress, std::vector<float>(records * 6));
+    WriteWords(work_files::kStress, RestingStress(records));
     WriteWords(work_files::kStrain, std::vector<float>(records * 6));
     WriteWords(work_files::kMaxStress, std::vector<float>(records * 6));
     WriteWords(work_files::kMaxStrain, std::vector<float>(records * 6));
@@ -84,7 +91,7 @@ TEST_F(OutputStages, PerStepPathWritesEveryStepCompleteAndRemovesTheWorkFiles) {
     for (int step : {0, 11}) {
         const std::string text = directory.Read("output/output" + std::to_string(step) + ".inp");
         EXPECT_EQ(CountLines(text), lines) << step;
-        EXPECT_NE(text.find("\n5 0.0000 0.0000 0.0000 0.0000 0.0000 0.0000 0.8000\n"),
+        EXPECT_NE(text.find("\n5 0.0000 0.0000 0.0000 0.0000 -0.0000 0.0000 0.8000\n"),
                   std::string::npos);
     }
     EXPECT_FALSE(directory.Exists("output/output12.inp"));
