@@ -33,14 +33,13 @@ CAnalysisData SmallModel(int columns, int steps) {
     material->G = 40.0;
     material->rho1 = material->rho2 = 0.0018;
     model.materials.push_back(material);
-    const double a = 0.5773502691896257;
     for (int e = 0; e < columns; ++e) {
         CElement element;
         element.nodes = {e, e + 1, columns + 2 + e, columns + 1 + e};
-        element.gaussCount = element.ruleCount = 4;
         element.gaussRule = boost::make_shared<DefaultGauss>(2, 4);
-        element.gaussPoints = {CGauss(-a, -a, 1.0), CGauss(a, -a, 1.0), CGauss(-a, a, 1.0),
-                               CGauss(a, a, 1.0)};
+        element.gaussPoints = element.gaussRule->points;
+        element.gaussCount = static_cast<int>(element.gaussPoints.size());
+        element.ruleCount = element.gaussRule->count;
         element.shapeFunction = boost::make_shared<IsoParametricQuadSquare>();
         element.material = material;
         model.elements.push_back(element);
