@@ -41,7 +41,8 @@ double Seconds(Clock::time_point since) {
 CAnalysisData Section(int columns, int rows, int steps) {
     CAnalysisData model;
     for (int r = 0; r <= rows; ++r)
-        for (int c = 0; c <= columns; ++c) model.nodes.emplace_back(0.5 * c, -0.5 * (rows - r), 0.0);
+        for (int c = 0; c <= columns; ++c)
+            model.nodes.emplace_back(0.5 * c, -0.5 * (rows - r), 0.0);
     auto material = boost::make_shared<DAT_Elastic>();
     material->G0 = 50.0;
     material->G = 37.5;
@@ -140,8 +141,8 @@ int main(int argc, char** argv) {
     groupSizes.back() += model.elements.size() % groupCount;
     WriteWorkFiles(model, groupSizes);
     sync();
-    std::cerr << model.nodes.size() << " nodes, " << model.elements.size() << " elements, "
-              << steps << " steps, " << omp_get_max_threads() << " worker thread(s)\n";
+    std::cerr << model.nodes.size() << " nodes, " << model.elements.size() << " elements, " << steps
+              << " steps, " << omp_get_max_threads() << " worker thread(s)\n";
 
     const std::vector<int> batches = BatchFileCounts(groupCount);
     const std::vector<Stage> stages = {
