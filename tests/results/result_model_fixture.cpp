@@ -71,6 +71,17 @@ float DistinctCode(int element, int point, int step, int i) {
     return static_cast<float>(1000 * element + 100 * point + 10 * step + i);
 }
 
+std::string TextWrittenBy(const std::function<void(std::FILE*)>& writer) {
+    std::FILE* file = std::tmpfile();
+    writer(file);
+    std::fflush(file);
+    std::rewind(file);
+    std::string text;
+    for (int c; (c = std::fgetc(file)) != EOF;) text.push_back(static_cast<char>(c));
+    std::fclose(file);
+    return text;
+}
+
 std::string LineStartingWith(const std::string& text, const std::string& prefix) {
     std::istringstream in(text);
     for (std::string line; std::getline(in, line);)

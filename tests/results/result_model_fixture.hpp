@@ -56,6 +56,9 @@ std::string Printf(const char* format, Args... args) {
     return text;
 }
 
+// What writer(file) writes to a scratch file.
+std::string TextWrittenBy(const std::function<void(std::FILE*)>& writer);
+
 // The line of a text that begins with `prefix` at a line start, without its line end; empty
 // when none does.
 std::string LineStartingWith(const std::string& text, const std::string& prefix);

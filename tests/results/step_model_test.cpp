@@ -16,17 +16,6 @@ std::string HeadBlocks(const CAnalysisData& model, int64_t firstValue) {
     return std::string(out.View());
 }
 
-std::string WriteToText(const std::function<void(std::FILE*)>& writer) {
-    std::FILE* file = std::tmpfile();
-    writer(file);
-    std::fflush(file);
-    std::rewind(file);
-    std::string text;
-    for (int c; (c = std::fgetc(file)) != EOF;) text.push_back(static_cast<char>(c));
-    std::fclose(file);
-    return text;
-}
-
 const std::string kNonBlock = "Non0.0000000\n0.0000000\n0.0000000\n0.0000000\n";
 
 TEST(ModelFileHead, MixedMeshWritesFixedBlocksAndOneLayoutPerNodeCount) {
@@ -75,7 +64,7 @@ TEST(StepModel, NodeLinesCarryTheStepsMotionWithAccelerationInGal) {
     WriteWords(work_files::kAcc, acc);
 
     const std::string text =
-        WriteToText([&](std::FILE* file) { WriteStepModelHead(model, 2, file); });
+        TextWrittenBy([&](std::FILE* file) { WriteStepModelHead(model, 2, file); });
     EXPECT_NE(text.find("\n2 3 10 5.000000e-02\n"), std::string::npos);
     // Node 5 (the second of the top row) at step 2, with the blank before the line end.
     EXPECT_EQ(LineStartingWith(text, "5 1.0000 ") + "\n",
@@ -93,7 +82,7 @@ TEST(StepModel, FullStepFileConvertsRecordsAndCloses) {
                }));
 
     const std::string text =
-        WriteToText([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
+        TextWrittenBy([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
     const std::vector<std::string> stress = BlockLines(text, "---- stress ----");
     ASSERT_EQ(stress.size(), 8u);
     auto tf = [](int e, int g, int i) {
@@ -126,7 +115,7 @@ TEST(StepModel, NinePointElementsAreReadAtFourPointPositionsAndZeroBeyondTheData
     WriteWords(work_files::kStrain, strain);
 
     const std::string text =
-        WriteToText([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
+        TextWrittenBy([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
     const std::vector<std::string> stress = BlockLines(text, "---- stress ----");
     ASSERT_EQ(stress.size(), 18u);
     // Element 2, point 0 lies at record 4: point 4 of element 1.
