@@ -7,7 +7,11 @@
 #include "element/small_matrix.hpp"
 #include "run/analysis_data.hpp"
 
-// Fills freeFieldMotion (frequencyCount vectors over the equations) from "RFF_%d.dat", then
-// "LFF_%d.dat" in folder; absent files are normal.
+// Fills freeFieldMotion (frequencyCount vectors over the equations; sized so when it is not)
+// from "RFF_%d.dat", then "LFF_%d.dat" in folder, the number running over the node count.
+// Absent files are normal. Each file names its node on the first line and gives one complex
+// value per frequency line after it, for the node's x equation; values are stored, so that a
+// left file overwrites a right one where it has lines. A node index outside the node list ends
+// the run as bad input.
 void ReadFreeFieldFiles(std::vector<ComplexVector>& freeFieldMotion, const std::string& folder,
                         const CAnalysisData& analysis);

@@ -1,0 +1,45 @@
+// Reading the binary work files back: random access by byte position, and whole files of f32
+// words. Whatever lies beyond a file's end, or in a file that cannot be opened, reads as zero.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+class WorkFileReader {
+  public:
+    explicit WorkFileReader(const std::string& path);
+    ~WorkFileReader();
+    WorkFileReader(const WorkFileReader&) = delete;
+    WorkFileReader& operator=(const WorkFileReader&) = delete;
+
+    bool IsOpen() const { return fd_ >= 0; }
+    // Length of the file in bytes (0 when it is not open).
+    uint64_t Size() const;
+    // Fills `size` bytes from byte `offset`; the part beyond the end of the file is zero.
+    // Safe to call from several threads at once.
+    void ReadAt(uint64_t offset, void* out, size_t size) const;
+
+    // `count` values of type T from byte `offset`.
+    template <typename T>
+    std::vector<T> ReadArray(uint64_t offset, size_t count) const {
+        std::vector<T> values(count);
+        ReadAt(offset, values.data(), count * sizeof(T));
+        return values;
+    }
+
+  private:
+    int fd_ = -1;
+};
+
+// A whole file as f32 words (a trailing part of a word is dropped); nothing when it cannot be
+// opened.
+std::optional<std::vector<float>> LoadFloatWords(const std::string& path);
+// The same, with no words for a file that cannot be opened.
+std::vector<float> LoadFloatWordsOrNone(const std::string& path);
+
+// The six values of a stress or strain record at a float position; values beyond the data are 0.
+using WorkRecord = std::array<float, 6>;
+WorkRecord RecordAt(const std::vector<float>& data, uint64_t position);
