@@ -10,10 +10,10 @@
 #include "element/small_matrix.hpp"
 
 class SparseComplexMatrix {
-public:
+  public:
     std::vector<std::map<int32_t, Complex>> rows;
-    std::vector<Complex> solution;   // the last solve's solution
-    std::vector<int32_t> rowStart;   // compressed rows, 1-based, one closing entry
+    std::vector<Complex> solution;     // the last solve's solution
+    std::vector<int32_t> rowStart;     // compressed rows, 1-based, one closing entry
     std::vector<int32_t> columnIndex;  // 1-based
     std::vector<Complex> values;
 
