@@ -68,10 +68,10 @@ void AddEdgeDashpots(CAnalysisData& analysis, double width, double depth, int ty
 }
 
 void BuildModel(BenchModel& m, int nodesPerElement, int equations, int lines, int mode) {
-    const StructuredMeshSpec spec = SectionWithEquations(nodesPerElement, equations);
-    BuildStructuredMesh(spec, ElasticMaterial(60.0, 0.05, 0.35, 1.8e-3), m.analysis);
-    AddEdgeDashpots(m.analysis, spec.width, spec.depth, 101);
-    if (mode == 1) AddEdgeDashpots(m.analysis, spec.width, spec.depth, 201);
+    const SectionGrid grid = SectionWithEquations(nodesPerElement, equations);
+    BuildStructuredMesh(grid, ElasticMaterial(60.0, 0.05, 0.35, 1.8e-3), m.analysis);
+    AddEdgeDashpots(m.analysis, grid.width, grid.depth, 101);
+    if (mode == 1) AddEdgeDashpots(m.analysis, grid.width, grid.depth, 201);
     m.analysis.sideBoundaryType = mode;
 
     const int paddedLength = 4096;
@@ -110,7 +110,7 @@ void BuildModel(BenchModel& m, int nodesPerElement, int equations, int lines, in
     m.terms.inertiaLoad = &m.inertiaLoad;
 
     std::printf("model: %d-node elements, %d x %d cells, %zu nodes, %zu equations\n",
-                nodesPerElement, spec.columns, spec.layers, m.analysis.nodes.size(), n);
+                nodesPerElement, grid.columns, grid.layers, m.analysis.nodes.size(), n);
     std::printf("entries: stiffness %zu, mass %zu, base dashpots %zu\n", m.stiffness.EntryCount(),
                 m.mass.EntryCount(), m.baseViscous.EntryCount());
 }

@@ -23,12 +23,12 @@ struct SideModel {
     std::vector<int> left, right;  // side nodes above the base
 
     explicit SideModel(int mode) {
-        StructuredMeshSpec spec;
-        spec.columns = 4;
-        spec.layers = 3;
-        spec.width = 8.0;
-        spec.depth = 6.0;
-        BuildStructuredMesh(spec, ElasticMaterial(60.0, 0.05, 0.3, 1.8e-3), analysis);
+        SectionGrid grid;
+        grid.columns = 4;
+        grid.layers = 3;
+        grid.width = 8.0;
+        grid.depth = 6.0;
+        BuildStructuredMesh(grid, ElasticMaterial(60.0, 0.05, 0.3, 1.8e-3), analysis);
         for (size_t p = 0; p < analysis.nodes.size(); ++p) {
             if (analysis.nodes[p].y == 0.0) continue;
             if (analysis.nodes[p].x == 0.0) left.push_back(static_cast<int>(p));

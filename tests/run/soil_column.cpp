@@ -9,14 +9,14 @@
 
 SoilColumn::SoilColumn(int nodesPerElement, int layers, boost::shared_ptr<DAT_Material> material) {
     if (!material) material = ElasticMaterial(kModulus, kDamping, 0.3, kDensity);
-    StructuredMeshSpec spec;
-    spec.nodesPerElement = nodesPerElement;
-    spec.columns = 1;
-    spec.layers = layers;
-    spec.width = 1.0;
-    spec.depth = kDepth;
-    spec.fixVertical = true;
-    BuildStructuredMesh(spec, material, analysis);
+    SectionGrid grid;
+    grid.nodesPerElement = nodesPerElement;
+    grid.columns = 1;
+    grid.layers = layers;
+    grid.width = 1.0;
+    grid.depth = kDepth;
+    grid.fixVertical = true;
+    BuildStructuredMesh(grid, material, analysis);
     analysis.sideBoundaryType = 2;
     analysis.iterationLimit = 1;
 }

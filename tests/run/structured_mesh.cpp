@@ -9,21 +9,21 @@
 
 namespace {
 
-bool Quadratic(const StructuredMeshSpec& spec) {
-    return spec.nodesPerElement != 4;
+bool Quadratic(const SectionGrid& grid) {
+    return grid.nodesPerElement != 4;
 }
 
 // Serendipity elements have no node at the centre of a cell.
-bool HasNode(const StructuredMeshSpec& spec, int i, int j) {
-    return !(spec.nodesPerElement == 8 && i % 2 == 1 && j % 2 == 1);
+bool HasNode(const SectionGrid& grid, int i, int j) {
+    return !(grid.nodesPerElement == 8 && i % 2 == 1 && j % 2 == 1);
 }
 
-int GridColumns(const StructuredMeshSpec& spec) {
-    return Quadratic(spec) ? 2 * spec.columns + 1 : spec.columns + 1;
+int GridColumns(const SectionGrid& grid) {
+    return Quadratic(grid) ? 2 * grid.columns + 1 : grid.columns + 1;
 }
 
-int GridRows(const StructuredMeshSpec& spec) {
-    return Quadratic(spec) ? 2 * spec.layers + 1 : spec.layers + 1;
+int GridRows(const SectionGrid& grid) {
+    return Quadratic(grid) ? 2 * grid.layers + 1 : grid.layers + 1;
 }
 
 CElement MakeElement(const boost::shared_ptr<DAT_ShapeFunction>& shape,
@@ -55,35 +55,35 @@ boost::shared_ptr<DAT_Material> ElasticMaterial(double G, double h, double nu, d
     return m;
 }
 
-int StructuredNode(const StructuredMeshSpec& spec, int i, int j) {
-    const int columns = GridColumns(spec);
-    if (spec.nodesPerElement != 8) return j * columns + i;
+int StructuredNode(const SectionGrid& grid, int i, int j) {
+    const int columns = GridColumns(grid);
+    if (grid.nodesPerElement != 8) return j * columns + i;
     // Rows alternate between full rows and rows of cell sides only.
     const int fullRows = (j + 1) / 2, sideRows = j / 2;
-    const int before = fullRows * columns + sideRows * (spec.columns + 1);
+    const int before = fullRows * columns + sideRows * (grid.columns + 1);
     return before + (j % 2 == 0 ? i : i / 2);
 }
 
-void BuildStructuredMesh(const StructuredMeshSpec& spec,
-                         const boost::shared_ptr<DAT_Material>& material, CAnalysisData& analysis) {
-    const int columns = GridColumns(spec), rows = GridRows(spec);
-    const double dx = spec.width / (columns - 1), dy = spec.depth / (rows - 1);
+void BuildStructuredMesh(const SectionGrid& grid, const boost::shared_ptr<DAT_Material>& material,
+                         CAnalysisData& analysis) {
+    const int columns = GridColumns(grid), rows = GridRows(grid);
+    const double dx = grid.width / (columns - 1), dy = grid.depth / (rows - 1);
     analysis.nodes.clear();
     for (int j = 0; j < rows; ++j)
         for (int i = 0; i < columns; ++i)
-            if (HasNode(spec, i, j)) analysis.nodes.emplace_back(i * dx, j * dy, 0.0);
+            if (HasNode(grid, i, j)) analysis.nodes.emplace_back(i * dx, j * dy, 0.0);
 
-    const int n = spec.nodesPerElement;
+    const int n = grid.nodesPerElement;
     boost::shared_ptr<DAT_ShapeFunction> shape;
     if (n == 4) shape = boost::make_shared<IsoParametricQuadSquare>();
     if (n == 8) shape = boost::make_shared<IsoParametricSecondSquare>();
     if (n == 6) shape = boost::make_shared<ShapeFuncOfSecondTriangle>();
     const auto rule = boost::make_shared<DefaultGauss>(n == 4 ? 2 : n == 8 ? 3 : 7, n);
-    auto node = [&](int i, int j) { return StructuredNode(spec, i, j); };
+    auto node = [&](int i, int j) { return StructuredNode(grid, i, j); };
 
     analysis.elements.clear();
-    for (int b = 0; b < spec.layers; ++b) {
-        for (int a = 0; a < spec.columns; ++a) {
+    for (int b = 0; b < grid.layers; ++b) {
+        for (int a = 0; a < grid.columns; ++a) {
             if (n == 4) {
                 analysis.elements.push_back(
                     MakeElement(shape, rule, material,
@@ -116,7 +116,7 @@ void BuildStructuredMesh(const StructuredMeshSpec& spec,
     analysis.dofSpare.assign(dofs, 0);
     for (size_t p = 0; p < analysis.nodes.size(); ++p) {
         if (analysis.nodes[p].y == 0.0) analysis.dofFixed[2 * p] = 1;
-        if (analysis.nodes[p].y == 0.0 || spec.fixVertical) analysis.dofFixed[2 * p + 1] = 1;
+        if (analysis.nodes[p].y == 0.0 || grid.fixVertical) analysis.dofFixed[2 * p + 1] = 1;
     }
     analysis.equationMap.assign(dofs, -1);
     int32_t next = 0;
@@ -125,16 +125,16 @@ void BuildStructuredMesh(const StructuredMeshSpec& spec,
     analysis.freeDofCount = next;
 }
 
-StructuredMeshSpec SectionWithEquations(int nodesPerElement, int equations) {
+SectionGrid SectionWithEquations(int nodesPerElement, int equations) {
     // Nodes per cell: 1 for 4-node cells, 3 for 8-node cells, 4 for pairs of 6-node triangles;
     // two equations per node; four cells across for each cell down.
     const double perCell = nodesPerElement == 4 ? 1.0 : nodesPerElement == 8 ? 3.0 : 4.0;
     const double cells = equations / (2.0 * perCell);
-    StructuredMeshSpec spec;
-    spec.nodesPerElement = nodesPerElement;
-    spec.layers = std::max(1, static_cast<int>(std::lround(std::sqrt(cells / 4.0))));
-    spec.columns = 4 * spec.layers;
-    spec.depth = 2.0 * spec.layers;
-    spec.width = 2.0 * spec.columns;
-    return spec;
+    SectionGrid grid;
+    grid.nodesPerElement = nodesPerElement;
+    grid.layers = std::max(1, static_cast<int>(std::lround(std::sqrt(cells / 4.0))));
+    grid.columns = 4 * grid.layers;
+    grid.depth = 2.0 * grid.layers;
+    grid.width = 2.0 * grid.columns;
+    return grid;
 }

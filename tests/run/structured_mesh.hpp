@@ -8,7 +8,7 @@
 #include "element/material.hpp"
 #include "run/analysis_data.hpp"
 
-struct StructuredMeshSpec {
+struct SectionGrid {
     int nodesPerElement = 4;   // 4 or 8: quadrilaterals; 6: each cell split into two triangles
     int columns = 1;           // cells across
     int layers = 1;            // cells down
@@ -23,12 +23,12 @@ boost::shared_ptr<DAT_Material> ElasticMaterial(double G, double h, double nu, d
 
 // Fills nodes, elements, dofFixed, dofSpare, equationMap and freeDofCount. The base (y = 0) is
 // fixed in x and y; nodes are numbered row by row from the base up.
-void BuildStructuredMesh(const StructuredMeshSpec& spec,
-                         const boost::shared_ptr<DAT_Material>& material, CAnalysisData& analysis);
+void BuildStructuredMesh(const SectionGrid& grid, const boost::shared_ptr<DAT_Material>& material,
+                         CAnalysisData& analysis);
 
 // A section four times as wide as deep with about the given number of equations.
-StructuredMeshSpec SectionWithEquations(int nodesPerElement, int equations);
+SectionGrid SectionWithEquations(int nodesPerElement, int equations);
 
 // Index of the node at grid place (i, j) of the finer grid (twice the cells in each direction
 // for 6- and 8-node elements, the cells themselves for 4-node ones).
-int StructuredNode(const StructuredMeshSpec& spec, int i, int j);
+int StructuredNode(const SectionGrid& grid, int i, int j);
