@@ -62,17 +62,6 @@ TEST(LineSystemPattern, NoSideTreatmentGivesTheValuesOfThePlainArithmetic) {
     for (int line : {1, 3}) ExpectLineEqualsChain(model, 2, line);
 }
 
-TEST(LineSystemPattern, UnionCoversEveryTermOfItsMode) {
-    LineTestModel model;
-    const SparseComplexMatrix all =
-        ((model.stiffness + model.mass) + model.baseViscous) + model.linePattern;
-    EXPECT_EQ(LineSystemPattern(model.Terms(0), model.stiffness).System().column.size(),
-              all.EntryCount());
-    const SparseComplexMatrix plain = (model.stiffness + model.mass) + model.baseViscous;
-    EXPECT_EQ(LineSystemPattern(model.Terms(2), model.stiffness).System().column.size(),
-              plain.EntryCount());
-}
-
 TEST(LineSystemPattern, StiffnessOfAnotherPatternIsRefused) {
     LineTestModel model;
     LineSystemPattern pattern(model.Terms(2), model.stiffness);

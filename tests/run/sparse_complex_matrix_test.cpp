@@ -84,17 +84,6 @@ TEST(SparseComplexMatrix, ProductWithVectorSumsInAscendingColumnOrder) {
     EXPECT_EQ(y[0], Complex(0.0, 0.0));
 }
 
-TEST(SparseComplexMatrix, ResetKeepsTheEntriesOfRemainingRows) {
-    SparseComplexMatrix m(3);
-    m.add(0, 0, 1.0);
-    m.add(2, 2, 1.0);
-    m.Compress();
-    m.reset(2);
-    EXPECT_EQ(m.RowCount(), 2u);
-    EXPECT_EQ(m.EntryCount(), 1u);
-    EXPECT_TRUE(m.rowStart.empty());
-}
-
 TEST(SparseComplexMatrix, SolveMatchesDenseEliminationOnUnsymmetricSystem) {
     const TestSystem system = UnsymmetricTestSystem();
     SparseComplexMatrix a = system.matrix;
@@ -123,13 +112,6 @@ TEST(SparseComplexMatrix, MalformedCompressedFormIsRefused) {
     EXPECT_EQ(SolveCompressedOnce({1, 2, 3}, {1, 3}, {1.0, 1.0}, b.data(), x.data()), -1);
     // Columns not ascending within a row.
     EXPECT_EQ(SolveCompressedOnce({1, 3, 4}, {2, 1, 2}, {1.0, 1.0, 1.0}, b.data(), x.data()), -1);
-}
-
-TEST(SparseComplexMatrix, SolveErrorTextsFollowTheCodes) {
-    EXPECT_STREQ(SolveErrorText(-2), "メモリが足りません");
-    EXPECT_STREQ(SolveErrorText(-7), "対角行列問題");
-    EXPECT_STREQ(SolveErrorText(-8), "");
-    EXPECT_STREQ(SolveErrorText(3), "");
 }
 
 // The failure path ends the process: its standard output goes to standard error here so that
