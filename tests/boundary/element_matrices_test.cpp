@@ -5,6 +5,7 @@
 
 #include <boost/make_shared.hpp>
 #include <cmath>
+#include <tuple>
 
 #include "element/constant_operators.hpp"
 
@@ -113,7 +114,15 @@ TEST(StiffnessMatrix, RigidMotionsGiveNoForceAndUniformStrainItsEnergy) {
 }
 
 TEST(Assembly, ResultDoesNotDependOnTheThreadCount) {
-    const Mesh mesh(400);  // more elements than one block holds
+    Mesh mesh(0);
+    const int nx = 40, ny = 30;  // more elements than one block holds, sharing nodes
+    for (int j = 0; j <= ny; ++j)
+        for (int i = 0; i <= nx; ++i) mesh.Node(i * 0.5 + 0.01 * j, j * 0.25);
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) {
+            const int a = j * (nx + 1) + i;
+            mesh.Element({a, a + 1, a + nx + 2, a + nx + 1});
+        }
     const int threads = omp_get_max_threads();
     omp_set_num_threads(1);
     const SparseComplexMatrix serial = mesh.Assemble(AssembleStiffnessMatrix);
@@ -127,23 +136,19 @@ TEST(Assembly, ResultDoesNotDependOnTheThreadCount) {
 // gives 2 a eps cos(2 pi k t / P); line 0 and line P/2 have no mirror and give a eps.
 TEST(StrainHistory, LinesGiveCosinesAndPrivateTransformAgrees) {
     const int P = 16;
-    const struct {
-        int k;
-        double eps, gamma, a;
-    } lines[] = {{0, 2e-3, 0.0, 0.5}, {3, 1e-3, 4e-3, 2.0}, {P / 2, 1e-3, 0.0, 1.0}};
+    const std::tuple<int, double, double, double> lines[] = {
+        {0, 2e-3, 0.0, 0.5}, {3, 1e-3, 4e-3, 2.0}, {P / 2, 1e-3, 0.0, 1.0}};
     const Mesh mesh;
     CAnalysisData analysis;
     analysis.nodes = mesh.nodes;
     analysis.frequencyCount = P / 2 + 1;
     analysis.waveSpectrum = ComplexVector(P);
     analysis.transformHandle = std::make_unique<FourierTransform>(P);
-    for (const auto& line : lines) analysis.waveSpectrum[line.k] = line.a;
-    for (CNode& node : analysis.nodes) {
-        node.dispX = node.dispY = ComplexVector(P / 2 + 1);
-        for (const auto& line : lines) {
-            node.dispX[line.k] = line.eps * node.x;
-            node.dispY[line.k] = line.gamma * node.x;
-        }
+    for (CNode& node : analysis.nodes) node.dispX = node.dispY = ComplexVector(P / 2 + 1);
+    for (const auto& [k, eps, gamma, a] : lines) {
+        analysis.waveSpectrum[k] = a;
+        for (CNode& node : analysis.nodes)
+            node.dispX[k] = eps * node.x, node.dispY[k] = gamma * node.x;
     }
     StrainSeries shared, own;
     shared[2] = ComplexVector{Complex(7.0)};

@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <functional>
+#include <tuple>
+#include <vector>
 
 namespace {
 
@@ -45,33 +47,25 @@ TEST(GaussRules, PointCountsWeightSumsAndExactPolynomials) {
     }
 }
 
-TEST(GaussRules, PointOrderOfTheTabledAndTensorProductRules) {
-    const double a = 1.0 / std::sqrt(3.0);
+TEST(GaussRules, PointOrderOfTheTabledAndTensorProductRulesAndLegendreRoots) {
+    const double a = 1.0 / std::sqrt(3.0), b = std::sqrt(0.6);
     const DefaultGauss two(2, 4), three(3, 8), four(4, 4), seven(7, 6);
-    // The third point stands at the corner of node 4, the fourth at that of node 3.
-    EXPECT_EQ(two.points[2].x, -a);
-    EXPECT_EQ(two.points[2].y, a);
-    EXPECT_EQ(two.points[3].x, a);
-    EXPECT_EQ(three.points[4].x, 0.0);
-    EXPECT_EQ(three.points[4].y, -std::sqrt(0.6));
-    EXPECT_EQ(three.points[5].x, -std::sqrt(0.6));
-    EXPECT_EQ(three.points[8].weight, 0.7901234567901234);
+    // The third point of 2 x 2 stands at the corner of node 4, the fourth at that of node 3.
+    EXPECT_EQ(std::tie(two.points[2].x, two.points[2].y, two.points[3].x),
+              std::make_tuple(-a, a, a));
+    EXPECT_EQ(
+        std::tie(three.points[4].x, three.points[4].y, three.points[5].x, three.points[8].weight),
+        std::make_tuple(0.0, -b, -b, 0.7901234567901234));
+    EXPECT_EQ(std::tie(seven.points[3].x, seven.points[6].weight), std::make_tuple(1.0, 0.225));
     std::vector<double> r, w;
-    GaussLegendre(4, r, w);  // other orders: x outer
-    EXPECT_EQ(four.points[1].x, r[0]);
-    EXPECT_EQ(four.points[1].y, r[1]);
-    EXPECT_EQ(four.points[4].x, r[1]);
-    EXPECT_EQ(seven.points[3].x, 1.0);
-    EXPECT_EQ(seven.points[6].weight, 0.225);
-}
-
-TEST(GaussLegendre, ThreePointsMatchTheTabledRuleWithAnExactZeroRoot) {
-    std::vector<double> r, w;
+    GaussLegendre(4, r, w);  // orders without a table: x outer
+    EXPECT_EQ(std::tie(four.points[1].x, four.points[1].y, four.points[4].x),
+              std::make_tuple(r[0], r[1], r[1]));
+    // Three points match the table, descending, with an exact zero root.
     GaussLegendre(3, r, w);
     ASSERT_EQ(r.size(), 3u);
-    EXPECT_NEAR(r[0], std::sqrt(0.6), 1e-15);
-    EXPECT_EQ(r[1], 0.0);
-    EXPECT_EQ(r[2], -r[0]);  // descending
+    EXPECT_NEAR(r[0], b, 1e-15);
+    EXPECT_EQ(std::tie(r[1], r[2]), std::make_tuple(0.0, -r[0]));
     EXPECT_NEAR(w[0], 5.0 / 9.0, 1e-14);
     EXPECT_NEAR(w[1], 8.0 / 9.0, 1e-14);
 }

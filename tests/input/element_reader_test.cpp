@@ -6,12 +6,12 @@
 
 namespace {
 
-// One elastic material and a mesh of twelve nodes.
+// One elastic material and a mesh of twelve nodes; only node lines of two values take a number.
 class ElementReader : public ReaderTest {
   protected:
     ElementReader() {
-        std::string nodes;
-        for (int i = 0; i < 12; ++i) nodes += std::to_string(i) + " 0\n";
+        std::string nodes = "// x y\n1.5\nno node\n\n";
+        for (int i = 0; i < 12; ++i) nodes += std::to_string(i) + " -3 labels follow\r\n";
         analysis.ReadNodes(File("nodes.dat", nodes));
     }
     void Read(const std::string& text) {
@@ -19,6 +19,15 @@ class ElementReader : public ReaderTest {
                               File("materials.dat", "1\n5\n1.8\n1.9\n0\n100\n0.3\n0.02\n"));
     }
 };
+
+// With a wave of 8 samples each node carries spectra of lines 0 to 4.
+TEST_F(ElementReader, NodesTakeTheLinesOfTwoValuesWithSpectraOfHalfThePaddedLength) {
+    ASSERT_EQ(analysis.nodes.size(), 12u);
+    EXPECT_EQ(std::make_tuple(analysis.nodes[11].x, analysis.nodes[11].y, analysis.nodes[11].z),
+              std::make_tuple(11.0, -3.0, 0.0));
+    EXPECT_EQ(analysis.nodes[0].dispX.data, std::vector<Complex>(5));
+    EXPECT_EQ(analysis.nodes[0].dispY.data, std::vector<Complex>(5));
+}
 
 TEST_F(ElementReader, EachKindGetsItsShapeFunctionRuleAndPoints) {
     Read(

@@ -3,7 +3,6 @@
 #include <tuple>
 #include <vector>
 
-#include "input/line_reader.hpp"
 #include "input/reader_test_support.hpp"
 
 namespace {
@@ -20,17 +19,6 @@ TEST_F(FileList, ConstantsMayCarryLabelsAndTextLinesTakeNoPlace) {
               (std::vector<double>{12.5, 0.01, 0.02, 0.65}));
     // Counts and codes are truncated toward zero.
     EXPECT_EQ(std::tie(analysis.iterationLimit, analysis.sideBoundaryType), std::make_tuple(8, -1));
-}
-
-TEST_F(FileList, CommentNeedsTwoSlashesAndCarriageReturnsAreStripped) {
-    std::vector<std::string> lines;
-    std::vector<int> numbers;
-    ReadDataLines(File("f.txt", "//c\r\n/x\r\n\r\nlast"), "", [&](const std::string& line, int n) {
-        lines.push_back(line);
-        numbers.push_back(n);
-    });
-    EXPECT_EQ(lines, (std::vector<std::string>{"/x", "", "last"}));
-    EXPECT_EQ(numbers, (std::vector<int>{2, 3, 4}));
 }
 
 TEST_F(FileList, CommentLineInTheListTakesNoSlot) {

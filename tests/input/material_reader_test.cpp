@@ -29,41 +29,33 @@ const std::vector<double> kElastic = {5, 1.8, 1.9, 7, 100, 0.3, 0.02};
 std::vector<double> Ghe(double c1AtInf) {
     return {4, 1.7, 1.75, 0, 50, 0.45, 0.01, 30, 0.01, 1.5, 2.5, 1, c1AtInf, 1, 1, 1, 0.2, 1};
 }
+// Any code but 4 and 5 is the table model; two rows of strain, G ratio and damping in percent.
+const std::vector<double> kTable = {3, 1.6, 1.6, 0, 80, 0.35, 0.05, 2, 1e-5, 1e-3, 1, 0.5, 2, 25};
 
-TEST_F(MaterialReader, ElasticAndGheRecordsFollowTheCountAtTheirPlaces) {
-    const MaterialList list = Read({{2}, kElastic, Ghe(1.000005), {99}});
-    ASSERT_EQ(list.size(), 2u);
-    const auto* elastic = dynamic_cast<const DAT_Elastic*>(list[0].get());
-    ASSERT_NE(elastic, nullptr);
-    EXPECT_EQ(elastic->type, 5);
-    // The damping is a fraction, not scaled; the moduli are derived on reading.
-    EXPECT_THAT(
-        (std::vector<double>{elastic->rho1, elastic->rho2, elastic->value3, elastic->G0, elastic->G,
-                             elastic->nu, elastic->h, elastic->Gused, elastic->E}),
-        Pointwise(DoubleEq(), {1.8, 1.9, 7.0, 100.0, 100.0, 0.3, 0.02, 100.0, 260.0}));
-    const auto* ghe = dynamic_cast<const DAT_GHEmodel*>(list[1].get());
-    ASSERT_NE(ghe, nullptr);
-    EXPECT_EQ(ghe->type, 4);
-    EXPECT_THAT((std::vector<double>{ghe->phi, ghe->c, ghe->beta1, ghe->beta2, ghe->C1atInf,
-                                     ghe->hExponent, ghe->hmax, ghe->strengthDivisor}),
-                Pointwise(DoubleEq(), {30.0 / 180.0 * 3.141592653589793, 0.01, 1.5, 2.5, 1.000005,
-                                       1.0, 0.2, 1.0}));
-    EXPECT_TRUE(ghe->isHyperbolic);  // every C value within 1e-5 of one
+TEST_F(MaterialReader, RecordsFollowTheCountAtTheirPlaces) {
+    const MaterialList list = Read({{3}, kElastic, Ghe(1.000005), kTable, {99}});
+    ASSERT_EQ(list.size(), 3u);
+    // The damping of place 7 is a fraction, not scaled; the moduli are derived on reading.
+    const auto& elastic = dynamic_cast<const DAT_Elastic&>(*list[0]);
+    EXPECT_THAT((std::vector<double>{1.0 * elastic.type, elastic.rho1, elastic.rho2, elastic.value3,
+                                     elastic.G0, elastic.G, elastic.nu, elastic.h, elastic.Gused,
+                                     elastic.E}),
+                Pointwise(DoubleEq(), {5.0, 1.8, 1.9, 7.0, 100.0, 100.0, 0.3, 0.02, 100.0, 260.0}));
+    const auto& ghe = dynamic_cast<const DAT_GHEmodel&>(*list[1]);
+    EXPECT_THAT((std::vector<double>{1.0 * ghe.type, ghe.phi, ghe.c, ghe.beta1, ghe.beta2,
+                                     ghe.C1atInf, ghe.hExponent, ghe.hmax, ghe.strengthDivisor}),
+                Pointwise(DoubleEq(), {4.0, 30.0 / 180.0 * 3.141592653589793, 0.01, 1.5, 2.5,
+                                       1.000005, 1.0, 0.2, 1.0}));
+    const auto& table = dynamic_cast<const DAT_Othermoel&>(*list[2]);
+    EXPECT_EQ(table.type, 2);
+    EXPECT_DOUBLE_EQ(table.h, 0.05);
+    EXPECT_EQ(table.strainTable, (std::vector<double>{1e-5, 1e-3}));
+    EXPECT_EQ(table.gTable, (std::vector<double>{1.0, 0.5}));
+    EXPECT_THAT(table.hTable, Pointwise(DoubleEq(), {0.02, 0.25}));
+    // Every C value within 1e-5 of one makes the plain hyperbola.
+    EXPECT_TRUE(ghe.isHyperbolic);
     EXPECT_FALSE(dynamic_cast<const DAT_GHEmodel&>(*Read({{1}, Ghe(1.00002)})[0]).isHyperbolic);
     EXPECT_TRUE(Read({{0}, kElastic}).empty());
-}
-
-TEST_F(MaterialReader, AnyOtherCodeIsTheTableModelWithDampingInPercent) {
-    const MaterialList list =
-        Read({{1, 3, 1.6, 1.6, 0, 80, 0.35, 0.05, 2}, {1e-5, 1e-3, 1, 0.5, 2, 25}});
-    ASSERT_EQ(list.size(), 1u);
-    const auto* table = dynamic_cast<const DAT_Othermoel*>(list[0].get());
-    ASSERT_NE(table, nullptr);
-    EXPECT_EQ(table->type, 2);
-    EXPECT_DOUBLE_EQ(table->h, 0.05);
-    EXPECT_EQ(table->strainTable, (std::vector<double>{1e-5, 1e-3}));
-    EXPECT_EQ(table->gTable, (std::vector<double>{1.0, 0.5}));
-    EXPECT_THAT(table->hTable, Pointwise(DoubleEq(), {0.02, 0.25}));
 }
 
 using MaterialReaderDeathTest = MaterialReader;
