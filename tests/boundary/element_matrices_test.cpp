@@ -5,44 +5,46 @@
 
 #include <boost/make_shared.hpp>
 #include <cmath>
-#include <map>
+#include <tuple>
 
 #include "element/constant_operators.hpp"
 
 namespace {
 
-const double kPi = 3.141592653589793;
-
-// A small mesh of one material (rho1 2.0, rho2 1.5), all degrees of freedom free.
+// Copies of three elements of one material (rho1 2.0, rho2 1.5), every degree of freedom free: a
+// skewed quadrilateral of area 1.115, an 8-node rectangle 2 x 1 (rho2) and a right triangle 1 x 2.
 struct Mesh {
     std::vector<CNode> nodes;
     std::vector<CElement> elements;
     std::vector<int32_t> equationMap;
-    boost::shared_ptr<DAT_Material> material;
+    boost::shared_ptr<DAT_Elastic> material = boost::make_shared<DAT_Elastic>();
 
-    Mesh() {
+    explicit Mesh(int copies = 1) {
         BuildConstantOperators();
-        auto elastic = boost::make_shared<DAT_Elastic>();
-        elastic->rho1 = 2.0;
-        elastic->rho2 = 1.5;
-        elastic->G = 100.0;
-        elastic->h = 0.05;
-        elastic->nu = 0.3;
-        elastic->UpdateModuli();
-        material = elastic;
+        material->rho1 = 2.0;
+        material->rho2 = 1.5;
+        material->G = 100.0;
+        material->h = 0.05;
+        material->nu = 0.3;
+        material->UpdateModuli();
+        for (int i = 0; i < copies; ++i) {
+            Element({Node(0, 0), Node(1.2, 0.1), Node(1.0, 1.1), Node(-0.1, 0.9)});
+            Element({Node(2, 0), Node(4, 0), Node(4, 1), Node(2, 1), Node(3, 0), Node(4, 0.5),
+                     Node(3, 1), Node(2, 0.5)},
+                    false);
+            Element({Node(6, 0), Node(5, 2), Node(5, 0), Node(5, 1), Node(5.5, 0), Node(5.5, 1)});
+        }
     }
-
     int Node(double x, double y) {
         nodes.emplace_back(x, y, 0.0);
         equationMap.push_back(static_cast<int32_t>(equationMap.size()));
         equationMap.push_back(static_cast<int32_t>(equationMap.size()));
         return static_cast<int>(nodes.size()) - 1;
     }
-
     // Nodes in the order of the element's shape function.
-    CElement& Element(std::vector<int> ids, bool firstDensity = true) {
-        CElement e;
+    void Element(std::vector<int> ids, bool firstDensity = true) {
         const int n = static_cast<int>(ids.size());
+        CElement& e = elements.emplace_back();
         if (n == 4) e.shapeFunction = boost::make_shared<IsoParametricQuadSquare>();
         if (n == 8) e.shapeFunction = boost::make_shared<IsoParametricSecondSquare>();
         if (n == 6) e.shapeFunction = boost::make_shared<ShapeFuncOfSecondTriangle>();
@@ -51,20 +53,8 @@ struct Mesh {
         e.nodes = std::move(ids);
         e.material = material;
         e.usesFirstDensity = firstDensity;
-        elements.push_back(e);
-        return elements.back();
     }
-
-    // A skewed 4-node quadrilateral, an 8-node rectangle 2 x 1 and a 6-node right triangle 1 x 2.
-    void AddOneOfEachKind() {
-        Element({Node(0, 0), Node(1.2, 0.1), Node(1.0, 1.1), Node(-0.1, 0.9)});
-        Element({Node(2, 0), Node(4, 0), Node(4, 1), Node(2, 1), Node(3, 0), Node(4, 0.5),
-                 Node(3, 1), Node(2, 0.5)},
-                false);
-        Element({Node(6, 0), Node(5, 2), Node(5, 0), Node(5, 1), Node(5.5, 0), Node(5.5, 1)});
-    }
-
-    // Nodal values of a linear displacement field (a x + b y, c x + d y).
+    // Nodal values of the displacement field (a x + b y, c x + d y).
     ComplexVector LinearField(double a, double b, double c, double d) const {
         ComplexVector u(2 * nodes.size());
         for (size_t p = 0; p < nodes.size(); ++p) {
@@ -73,41 +63,17 @@ struct Mesh {
         }
         return u;
     }
-};
-
-double QuadArea(const std::vector<CNode>& n) {
-    double twice = 0.0;
-    for (size_t i = 0; i < 4; ++i) twice += n[i].x * n[(i + 1) % 4].y - n[(i + 1) % 4].x * n[i].y;
-    return twice / 2;
-}
-
-TEST(StrainMatrix, UnitSquareCentreAndUniformStrain) {
-    Mesh mesh;
-    const CElement& e =
-        mesh.Element({mesh.Node(0, 0), mesh.Node(1, 0), mesh.Node(1, 1), mesh.Node(0, 1)});
-    ComplexMatrix B;
-    const double detJ = StrainMatrixAt(e, CGauss(0, 0, 4.0), mesh.nodes, B);
-    EXPECT_DOUBLE_EQ(detJ, 0.25);
-    ASSERT_EQ(B.rows, 4u);
-    ASSERT_EQ(B.cols, 8u);
-    const double expectedDx[4] = {-0.5, 0.5, 0.5, -0.5}, expectedDy[4] = {-0.5, -0.5, 0.5, 0.5};
-    for (uint32_t j = 0; j < 4; ++j) {
-        EXPECT_EQ(B(0, 2 * j), Complex(expectedDx[j]));
-        EXPECT_EQ(B(1, 2 * j + 1), Complex(expectedDy[j]));
-        EXPECT_EQ(B(3, 2 * j), Complex(expectedDy[j]));
-        EXPECT_EQ(B(3, 2 * j + 1), Complex(expectedDx[j]));
-        EXPECT_EQ(B(2, 2 * j), Complex(0.0));
-        EXPECT_EQ(B(0, 2 * j + 1), Complex(0.0));
+    SparseComplexMatrix Assemble(decltype(&AssembleMassMatrix) assemble) const {
+        SparseComplexMatrix A;
+        assemble(elements.size(), equationMap, nodes, elements, A);
+        return A;
     }
-}
+};
 
 TEST(MassAndInertia, EachDirectionCarriesTheMassAndTheLoadIsMinusTheMassInX) {
     Mesh mesh;
-    mesh.AddOneOfEachKind();
-    // The 8-node element (2 x 1) takes rho2 = 1.5, the others rho1 = 2.
-    const double mass = 2.0 * QuadArea({mesh.nodes.begin(), mesh.nodes.begin() + 4}) + 3.0 + 2.0;
-    SparseComplexMatrix M;
-    AssembleMassMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements, M);
+    const double mass = 2.0 * 1.115 + 1.5 * 2.0 + 2.0 * 1.0;
+    const SparseComplexMatrix M = mesh.Assemble(AssembleMassMatrix);
     ASSERT_EQ(M.RowCount(), 2 * mesh.nodes.size());
     double byDirection[2][2] = {};
     for (size_t i = 0; i < M.RowCount(); ++i)
@@ -130,9 +96,7 @@ TEST(MassAndInertia, EachDirectionCarriesTheMassAndTheLoadIsMinusTheMassInX) {
 
 TEST(StiffnessMatrix, RigidMotionsGiveNoForceAndUniformStrainItsEnergy) {
     Mesh mesh;
-    mesh.AddOneOfEachKind();
-    SparseComplexMatrix K;
-    AssembleStiffnessMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements, K);
+    const SparseComplexMatrix K = mesh.Assemble(AssembleStiffnessMatrix);
     for (const ComplexVector& rigid :
          {mesh.LinearField(0, 0, 0, 0), mesh.LinearField(0, -1, 1, 0)}) {
         ComplexVector u = rigid;
@@ -146,32 +110,12 @@ TEST(StiffnessMatrix, RigidMotionsGiveNoForceAndUniformStrainItsEnergy) {
     Complex energy = 0.0, perArea = 0.0;
     for (size_t i = 0; i < u.size(); ++i) energy += u[i] * Ku[i];
     for (size_t i = 0; i < 4; ++i) perArea += eps[i] * De[i];
-    const double area = QuadArea({mesh.nodes.begin(), mesh.nodes.begin() + 4}) + 2.0 + 1.0;
-    EXPECT_NEAR(std::abs(energy - area * perArea), 0.0, 1e-12 * std::abs(energy));
-}
-
-TEST(Assembly, FixedDegreesOfFreedomAreDroppedAndTheRestKeepTheirTerms) {
-    Mesh mesh;
-    mesh.AddOneOfEachKind();
-    SparseComplexMatrix full, reduced;
-    AssembleStiffnessMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements,
-                            full);
-    // Fix the first two nodes (degrees of freedom 0..3); the others move up by four.
-    for (int32_t& eq : mesh.equationMap) eq = eq < 4 ? -1 : eq - 4;
-    AssembleStiffnessMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements,
-                            reduced);
-    ASSERT_EQ(reduced.RowCount(), full.RowCount() - 4);
-    for (size_t i = 0; i < reduced.RowCount(); ++i) {
-        std::map<int32_t, Complex> expected;
-        for (const auto& [j, v] : full.rows[i + 4])
-            if (j >= 4) expected.emplace(j - 4, v);
-        EXPECT_EQ(reduced.rows[i], expected) << "row " << i;
-    }
+    EXPECT_NEAR(std::abs(energy - (1.115 + 2.0 + 1.0) * perArea), 0.0, 1e-12 * std::abs(energy));
 }
 
 TEST(Assembly, ResultDoesNotDependOnTheThreadCount) {
-    Mesh mesh;
-    const int nx = 40, ny = 30;  // more elements than one block holds
+    Mesh mesh(0);
+    const int nx = 40, ny = 30;  // more elements than one block holds, sharing nodes
     for (int j = 0; j <= ny; ++j)
         for (int i = 0; i <= nx; ++i) mesh.Node(i * 0.5 + 0.01 * j, j * 0.25);
     for (int j = 0; j < ny; ++j)
@@ -180,85 +124,51 @@ TEST(Assembly, ResultDoesNotDependOnTheThreadCount) {
             mesh.Element({a, a + 1, a + nx + 2, a + nx + 1});
         }
     const int threads = omp_get_max_threads();
-    SparseComplexMatrix serial, parallel;
     omp_set_num_threads(1);
-    AssembleStiffnessMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements,
-                            serial);
+    const SparseComplexMatrix serial = mesh.Assemble(AssembleStiffnessMatrix);
     omp_set_num_threads(std::max(threads, 3));
-    AssembleStiffnessMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements,
-                            parallel);
+    const SparseComplexMatrix parallel = mesh.Assemble(AssembleStiffnessMatrix);
     omp_set_num_threads(threads);
     EXPECT_EQ(serial.rows, parallel.rows);
-    SparseComplexMatrix M;
-    AssembleMassMatrix(mesh.elements.size(), mesh.equationMap, mesh.nodes, mesh.elements, M);
-    double total = 0.0;
-    for (const auto& row : M.rows)
-        for (const auto& [j, v] : row) total += v.real();
-    EXPECT_NEAR(total, 2 * 2.0 * (nx * 0.5) * (ny * 0.25), 1e-9);
 }
 
-// A unit square whose x motion at one frequency line is a uniform strain eps.
-class StrainHistoryTest : public testing::Test {
-  protected:
-    static constexpr int kLength = 16;
-    Mesh mesh;
+// Line k: x displacement eps x, y displacement gamma x, wave amplitude a. A line below P/2
+// gives 2 a eps cos(2 pi k t / P); line 0 and line P/2 have no mirror and give a eps.
+TEST(StrainHistory, LinesGiveCosinesAndPrivateTransformAgrees) {
+    const int P = 16;
+    const std::tuple<int, double, double, double> lines[] = {
+        {0, 2e-3, 0.0, 0.5}, {3, 1e-3, 4e-3, 2.0}, {P / 2, 1e-3, 0.0, 1.0}};
+    const Mesh mesh;
     CAnalysisData analysis;
-
-    void SetUp() override {
-        mesh.Element({mesh.Node(0, 0), mesh.Node(1, 0), mesh.Node(1, 1), mesh.Node(0, 1)});
-        analysis.nodes = mesh.nodes;
-        analysis.elements = mesh.elements;
-        analysis.frequencyCount = kLength / 2 + 1;
-        analysis.waveSpectrum = ComplexVector(kLength);
-        analysis.transformHandle = std::make_unique<FourierTransform>(kLength);
-        for (CNode& node : analysis.nodes) {
-            node.dispX = ComplexVector(kLength / 2 + 1);
-            node.dispY = ComplexVector(kLength / 2 + 1);
-        }
-    }
-
-    // Spectrum at line k: x displacement eps x, y displacement gamma x; wave amplitude a.
-    void SetLine(int k, double eps, double gamma, Complex a) {
-        for (CNode& node : analysis.nodes) {
-            node.dispX[k] = eps * node.x;
-            node.dispY[k] = gamma * node.x;
-        }
+    analysis.nodes = mesh.nodes;
+    analysis.frequencyCount = P / 2 + 1;
+    analysis.waveSpectrum = ComplexVector(P);
+    analysis.transformHandle = std::make_unique<FourierTransform>(P);
+    for (CNode& node : analysis.nodes) node.dispX = node.dispY = ComplexVector(P / 2 + 1);
+    for (const auto& [k, eps, gamma, a] : lines) {
         analysis.waveSpectrum[k] = a;
+        for (CNode& node : analysis.nodes)
+            node.dispX[k] = eps * node.x, node.dispY[k] = gamma * node.x;
     }
-};
-
-TEST_F(StrainHistoryTest, SingleLineGivesACosine) {
-    SetLine(3, 1e-3, 4e-3, Complex(2.0, 0.0));
-    StrainSeries series;
-    series[2] = ComplexVector{Complex(7.0)};
-    GaussStrainHistory(analysis.elements[0], 1, analysis, series);
-    EXPECT_EQ(series[2].size(), 1u);  // the z slot is left as it was
-    for (int t = 0; t < kLength; ++t) {
-        const double wave = 2 * 2.0 * std::cos(2 * kPi * 3 * t / kLength);
-        EXPECT_NEAR(series[0][t].real(), 1e-3 * wave, 1e-15);
-        EXPECT_NEAR(series[1][t].real(), 0.0, 1e-15);
-        EXPECT_NEAR(series[3][t].real(), 4e-3 * wave, 1e-15);
-        EXPECT_NEAR(series[0][t].imag(), 0.0, 1e-15);
-    }
-}
-
-TEST_F(StrainHistoryTest, NyquistLineHasNoMirrorAndPrivateTransformAgrees) {
-    SetLine(kLength / 2, 1e-3, 0.0, Complex(1.0, 0.0));
-    SetLine(0, 2e-3, 0.0, Complex(0.5, 0.0));
     StrainSeries shared, own;
-    GaussStrainHistory(analysis.elements[0], 0, analysis, shared);
-    GaussStrainHistoryPrivate(analysis.elements[0], 0, analysis, own);
-    for (int t = 0; t < kLength; ++t) {
-        EXPECT_NEAR(shared[0][t].real(), 1e-3 + 1e-3 * (t % 2 ? -1 : 1), 1e-15);
+    shared[2] = ComplexVector{Complex(7.0)};
+    GaussStrainHistory(mesh.elements[0], 1, analysis, shared);
+    GaussStrainHistoryPrivate(mesh.elements[0], 1, analysis, own);
+    EXPECT_EQ(shared[2].size(), 1u);  // the z slot is left as it was
+    for (int t = 0; t < P; ++t) {
+        const double wave = 2 * 2.0 * std::cos(2 * M_PI * 3 * t / P);
+        EXPECT_NEAR(shared[0][t].real(), 1e-3 + 1e-3 * wave + 1e-3 * (t % 2 ? -1 : 1), 1e-15);
+        EXPECT_NEAR(shared[1][t].real(), 0.0, 1e-15);
+        EXPECT_NEAR(shared[3][t].real(), 4e-3 * wave, 1e-15);
+        EXPECT_NEAR(shared[0][t].imag(), 0.0, 1e-15);
         for (int c : {0, 1, 3}) EXPECT_NEAR(std::abs(shared[c][t] - own[c][t]), 0.0, 1e-18);
     }
 }
 
-using StrainHistoryDeathTest = StrainHistoryTest;
-
-TEST_F(StrainHistoryDeathTest, PointNumberBeyondTheElementEndsTheRun) {
+TEST(StrainHistoryDeathTest, PointNumberBeyondTheElementEndsTheRun) {
+    const Mesh mesh;
     StrainSeries series;
-    EXPECT_EXIT(GaussStrainHistory(analysis.elements[0], 4, analysis, series),
+    EXPECT_EXIT(GaussStrainHistory(mesh.elements[0], 4, CAnalysisData(), series),
                 testing::ExitedWithCode(255), "");
 }
 

@@ -4,14 +4,10 @@
 
 #include <cmath>
 #include <functional>
+#include <tuple>
+#include <vector>
 
 namespace {
-
-double WeightSum(const DefaultGauss& rule) {
-    double sum = 0.0;
-    for (const CGauss& p : rule.points) sum += p.weight;
-    return sum;
-}
 
 double Integrate(const DefaultGauss& rule, const std::function<double(double, double)>& f) {
     double sum = 0.0;
@@ -19,86 +15,59 @@ double Integrate(const DefaultGauss& rule, const std::function<double(double, do
     return sum;
 }
 
-TEST(QuadrilateralRule, TabledOrdersCoverTheSquareInTheirPointOrder) {
-    const DefaultGauss two(2, 4);
-    ASSERT_EQ(two.count, 4);
-    ASSERT_EQ(two.points.size(), 4u);
-    EXPECT_DOUBLE_EQ(WeightSum(two), 4.0);
-    const double a = 1.0 / std::sqrt(3.0);
-    // The third point stands at the corner of node 4, the fourth at that of node 3.
-    EXPECT_EQ(two.points[2].x, -a);
-    EXPECT_EQ(two.points[2].y, a);
-    EXPECT_EQ(two.points[3].x, a);
-
-    const DefaultGauss three(3, 8);
-    ASSERT_EQ(three.count, 9);
-    EXPECT_DOUBLE_EQ(WeightSum(three), 4.0);
-    EXPECT_EQ(three.points[4].x, 0.0);
-    EXPECT_EQ(three.points[4].y, -std::sqrt(0.6));
-    EXPECT_EQ(three.points[5].x, -std::sqrt(0.6));
-    EXPECT_EQ(three.points[8].weight, 0.7901234567901234);
-    // Degree 5 in each direction is integrated exactly.
-    EXPECT_NEAR(Integrate(three, [](double x, double y) { return x * x * x * x * y * y; }),
-                (2.0 / 5.0) * (2.0 / 3.0), 1e-14);
+// The square's rules integrate over 4, the seven- and thirteen-point triangles over the unit
+// triangle (0.5), the small triangle rules to a weight sum of one; unknown rules are empty.
+TEST(GaussRules, PointCountsWeightSumsAndExactPolynomials) {
+    const auto one = [](double, double) { return 1.0; };
+    const struct {
+        int argument, nodes, count, points;
+        std::function<double(double, double)> f;
+        double integral, tolerance;
+    } cases[] = {
+        {2, 4, 4, 4, one, 4.0, 1e-15},
+        {3, 8, 9, 9, [](double x, double y) { return std::pow(x, 4) * y * y; }, 0.4 * 2 / 3, 1e-14},
+        {4, 4, 16, 16, [](double x, double y) { return std::pow(x, 6) * y * y; }, 4.0 / 21, 1e-14},
+        {7, 6, 7, 7, [](double x, double y) { return x * x * y; }, 1.0 / 60, 1e-15},
+        {7, 6, 7, 7, one, 0.5, 1e-15},
+        {1, 6, 1, 1, one, 1.0, 1e-15},
+        {2, 6, 2, 3, one, 1.0, 1e-15},  // a triangle rule counts its argument, not its points
+        {3, 6, 3, 4, one, 0.5, 1e-15},
+        {13, 6, 13, 13, [](double x, double y) { return x * x * y * y; }, 1.0 / 180, 1e-10},
+        {13, 6, 13, 13, one, 0.5, 1e-10},  // the tabled constants carry 13 digits
+        {5, 6, 5, 0, one, 0.0, 0.0},
+        {2, 5, 0, 0, one, 0.0, 0.0},  // no element of five nodes
+        {0, 4, 0, 0, one, 0.0, 0.0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.argument << " for " << c.nodes << " nodes");
+        const DefaultGauss rule(c.argument, c.nodes);
+        EXPECT_EQ(rule.count, c.count);
+        ASSERT_EQ(rule.points.size(), static_cast<size_t>(c.points));
+        EXPECT_NEAR(Integrate(rule, c.f), c.integral, c.tolerance);
+    }
 }
 
-TEST(QuadrilateralRule, OtherOrdersAreTensorProductsWithXOuter) {
-    const DefaultGauss four(4, 4);
-    ASSERT_EQ(four.points.size(), 16u);
+TEST(GaussRules, PointOrderOfTheTabledAndTensorProductRulesAndLegendreRoots) {
+    const double a = 1.0 / std::sqrt(3.0), b = std::sqrt(0.6);
+    const DefaultGauss two(2, 4), three(3, 8), four(4, 4), seven(7, 6);
+    // The third point of 2 x 2 stands at the corner of node 4, the fourth at that of node 3.
+    EXPECT_EQ(std::tie(two.points[2].x, two.points[2].y, two.points[3].x),
+              std::make_tuple(-a, a, a));
+    EXPECT_EQ(
+        std::tie(three.points[4].x, three.points[4].y, three.points[5].x, three.points[8].weight),
+        std::make_tuple(0.0, -b, -b, 0.7901234567901234));
+    EXPECT_EQ(std::tie(seven.points[3].x, seven.points[6].weight), std::make_tuple(1.0, 0.225));
     std::vector<double> r, w;
-    GaussLegendre(4, r, w);
-    EXPECT_EQ(four.points[1].x, r[0]);
-    EXPECT_EQ(four.points[1].y, r[1]);
-    EXPECT_EQ(four.points[4].x, r[1]);
-    EXPECT_NEAR(Integrate(four, [](double x, double y) { return x * x * x * x * x * x * y * y; }),
-                (2.0 / 7.0) * (2.0 / 3.0), 1e-14);
-    EXPECT_TRUE(DefaultGauss(0, 4).points.empty());
-}
-
-TEST(GaussLegendre, ThreePointsMatchTheTabledRuleWithAnExactZeroRoot) {
-    std::vector<double> r, w;
+    GaussLegendre(4, r, w);  // orders without a table: x outer
+    EXPECT_EQ(std::tie(four.points[1].x, four.points[1].y, four.points[4].x),
+              std::make_tuple(r[0], r[1], r[1]));
+    // Three points match the table, descending, with an exact zero root.
     GaussLegendre(3, r, w);
     ASSERT_EQ(r.size(), 3u);
-    EXPECT_NEAR(r[0], std::sqrt(0.6), 1e-15);
-    EXPECT_EQ(r[1], 0.0);
-    EXPECT_EQ(r[2], -r[0]);
+    EXPECT_NEAR(r[0], b, 1e-15);
+    EXPECT_EQ(std::tie(r[1], r[2]), std::make_tuple(0.0, -r[0]));
     EXPECT_NEAR(w[0], 5.0 / 9.0, 1e-14);
     EXPECT_NEAR(w[1], 8.0 / 9.0, 1e-14);
-
-    GaussLegendre(1, r, w);
-    EXPECT_EQ(r, std::vector<double>{0.0});
-    EXPECT_EQ(w, std::vector<double>{2.0});
-
-    GaussLegendre(10, r, w);
-    double moment = 0.0;
-    for (size_t i = 0; i < r.size(); ++i) moment += w[i] * std::pow(r[i], 18);
-    EXPECT_NEAR(moment, 2.0 / 19.0, 1e-13);
-    EXPECT_GT(r[0], r[1]);  // descending
-}
-
-TEST(TriangleRule, SevenPointRuleIsExactForCubicsOnTheUnitTriangle) {
-    const DefaultGauss seven(7, 6);
-    ASSERT_EQ(seven.count, 7);
-    ASSERT_EQ(seven.points.size(), 7u);
-    EXPECT_DOUBLE_EQ(WeightSum(seven), 0.5);
-    EXPECT_EQ(seven.points[3].x, 1.0);
-    EXPECT_EQ(seven.points[6].weight, 0.225);
-    EXPECT_NEAR(Integrate(seven, [](double x, double y) { return x * x * y; }), 1.0 / 60.0, 1e-15);
-}
-
-TEST(TriangleRule, WeightSumsDifferBetweenTheSmallAndLargeRules) {
-    EXPECT_DOUBLE_EQ(WeightSum(DefaultGauss(1, 6)), 1.0);
-    EXPECT_DOUBLE_EQ(WeightSum(DefaultGauss(2, 6)), 1.0);
-    EXPECT_DOUBLE_EQ(WeightSum(DefaultGauss(3, 6)), 0.5);
-    const DefaultGauss thirteen(13, 6);
-    ASSERT_EQ(thirteen.points.size(), 13u);
-    EXPECT_NEAR(WeightSum(thirteen), 0.5, 1e-10);  // the tabled constants carry 13 digits
-    EXPECT_NEAR(Integrate(thirteen, [](double x, double y) { return x * x * y * y; }), 1.0 / 180.0,
-                1e-10);
-    EXPECT_TRUE(DefaultGauss(5, 6).points.empty());
-    const DefaultGauss none(2, 5);  // no element of five nodes
-    EXPECT_TRUE(none.points.empty());
-    EXPECT_EQ(none.count, 0);
 }
 
 }  // namespace

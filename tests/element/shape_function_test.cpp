@@ -8,96 +8,53 @@
 
 namespace {
 
-struct Kind {
-    std::shared_ptr<DAT_ShapeFunction> shape;
-    std::vector<std::pair<double, double>> nodes;  // natural coordinates in node order
-};
+using Coordinates = std::vector<std::pair<double, double>>;
 
-std::vector<Kind> AllKinds() {
-    return {
+// For each kind: partition of unity, one at its own node and zero at the others, derivatives
+// that match differences of the functions, and an N matrix that interleaves x and y.
+TEST(ShapeFunctions, AreANodalPartitionOfUnityWithMatchingDerivatives) {
+    const std::pair<std::shared_ptr<DAT_ShapeFunction>, Coordinates> kinds[] = {
         {std::make_shared<IsoParametricQuadSquare>(), {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}},
         {std::make_shared<IsoParametricSecondSquare>(),
          {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}, {0, -1}, {1, 0}, {0, 1}, {-1, 0}}},
         {std::make_shared<ShapeFuncOfSecondTriangle>(),
          {{1, 0}, {0, 1}, {0, 0}, {0, 0.5}, {0.5, 0}, {0.5, 0.5}}},
     };
-}
-
-const std::vector<std::pair<double, double>> kSamples = {{0.1, 0.2}, {-0.3, 0.7}, {0.25, 0.05}};
-
-TEST(ShapeFunctions, EachIsOneAtItsOwnNodeAndZeroAtTheOthers) {
-    for (const Kind& kind : AllKinds()) {
-        const int n = kind.shape->nodeCount;
-        ASSERT_EQ(kind.nodes.size(), static_cast<size_t>(n));
-        for (int k = 0; k < n; ++k) {
-            const RealVector N =
-                kind.shape->GetNVector(CNode(kind.nodes[k].first, kind.nodes[k].second, 0));
-            ASSERT_EQ(N.size(), static_cast<size_t>(n));
-            for (int j = 0; j < n; ++j)
-                EXPECT_NEAR(N[j], j == k ? 1.0 : 0.0, 1e-15) << "n=" << n << " node " << k;
+    const double h = 1e-6;
+    for (const auto& [shape, nodes] : kinds) {
+        const size_t n = nodes.size();
+        SCOPED_TRACE(n);
+        ASSERT_EQ(shape->nodeCount, static_cast<int>(n));
+        for (size_t k = 0; k < n; ++k) {
+            const RealVector N = shape->GetNVector(CNode(nodes[k].first, nodes[k].second, 0));
+            ASSERT_EQ(N.size(), n);
+            for (size_t j = 0; j < n; ++j) EXPECT_NEAR(N[j], j == k ? 1.0 : 0.0, 1e-15) << k;
         }
-    }
-}
-
-TEST(ShapeFunctions, SumToOneAndDerivativeRowsSumToZero) {
-    for (const Kind& kind : AllKinds()) {
-        for (auto [xi, eta] : kSamples) {
-            const CNode p(xi, eta, 0);
-            const RealVector N = kind.shape->GetNVector(p);
-            const RealMatrix dN = kind.shape->GetdNMatrix(p);
+        for (auto [xi, eta] : Coordinates{{0.1, 0.2}, {-0.3, 0.7}, {0.25, 0.05}}) {
+            const RealVector N = shape->GetNVector(CNode(xi, eta, 0));
+            const RealMatrix dN = shape->GetdNMatrix(RealVector{xi, eta});
+            const RealMatrix Nm = shape->GetNMatrix(RealVector{xi, eta});
+            const RealVector xp = shape->GetNVector(CNode(xi + h, eta, 0));
+            const RealVector xm = shape->GetNVector(CNode(xi - h, eta, 0));
+            const RealVector ep = shape->GetNVector(CNode(xi, eta + h, 0));
+            const RealVector em = shape->GetNVector(CNode(xi, eta - h, 0));
+            ASSERT_EQ(Nm.cols, 2 * n);
             double sum = 0.0, byXi = 0.0, byEta = 0.0;
-            for (uint32_t j = 0; j < N.size(); ++j) {
+            for (size_t j = 0; j < n; ++j) {
                 sum += N[j];
                 byXi += dN(0, j);
                 byEta += dN(1, j);
+                EXPECT_NEAR(dN(0, j), (xp[j] - xm[j]) / (2 * h), 1e-8);
+                EXPECT_NEAR(dN(1, j), (ep[j] - em[j]) / (2 * h), 1e-8);
+                EXPECT_EQ(Nm(0, 2 * j), N[j]);
+                EXPECT_EQ(Nm(1, 2 * j + 1), N[j]);
+                EXPECT_EQ(Nm(0, 2 * j + 1), 0.0);
+                EXPECT_EQ(Nm(1, 2 * j), 0.0);
             }
             EXPECT_NEAR(sum, 1.0, 1e-15);
             EXPECT_NEAR(byXi, 0.0, 1e-15);
             EXPECT_NEAR(byEta, 0.0, 1e-15);
         }
-    }
-}
-
-TEST(ShapeFunctions, DerivativesMatchDifferencesOfTheFunctions) {
-    const double step = 1e-6;
-    for (const Kind& kind : AllKinds()) {
-        for (auto [xi, eta] : kSamples) {
-            const RealMatrix dN = kind.shape->GetdNMatrix(CNode(xi, eta, 0));
-            const RealVector xp = kind.shape->GetNVector(CNode(xi + step, eta, 0));
-            const RealVector xm = kind.shape->GetNVector(CNode(xi - step, eta, 0));
-            const RealVector ep = kind.shape->GetNVector(CNode(xi, eta + step, 0));
-            const RealVector em = kind.shape->GetNVector(CNode(xi, eta - step, 0));
-            for (uint32_t j = 0; j < dN.cols; ++j) {
-                EXPECT_NEAR(dN(0, j), (xp[j] - xm[j]) / (2 * step), 1e-8);
-                EXPECT_NEAR(dN(1, j), (ep[j] - em[j]) / (2 * step), 1e-8);
-            }
-        }
-    }
-}
-
-TEST(ShapeFunctions, TriangleNMatrixInterleavesTheComponents) {
-    const ShapeFuncOfSecondTriangle triangle;
-    const RealMatrix N = triangle.GetNMatrix(CNode(0.2, 0.3, 0));
-    ASSERT_EQ(N.rows, 2u);
-    ASSERT_EQ(N.cols, 12u);
-    const RealVector values = triangle.GetNVector(CNode(0.2, 0.3, 0));
-    for (uint32_t j = 0; j < 6; ++j) {
-        EXPECT_EQ(N(0, 2 * j), values[j]);
-        EXPECT_EQ(N(0, 2 * j + 1), 0.0);
-        EXPECT_EQ(N(1, 2 * j), 0.0);
-        EXPECT_EQ(N(1, 2 * j + 1), values[j]);
-    }
-}
-
-TEST(ShapeFunctions, VectorFormsEqualPointForms) {
-    const RealVector xiEta{0.3, -0.4};
-    const CNode p(0.3, -0.4, 0);
-    for (const Kind& kind : AllKinds()) {
-        EXPECT_EQ(kind.shape->GetNMatrix(xiEta).data, kind.shape->GetNMatrix(p).data);
-        EXPECT_EQ(kind.shape->GetNRow(xiEta).data, kind.shape->GetNVector(p).data);
-        EXPECT_EQ(kind.shape->GetNRow(p).rows, 1u);
-        EXPECT_EQ(kind.shape->GetNVector(xiEta).data, kind.shape->GetNVector(p).data);
-        EXPECT_EQ(kind.shape->GetdNMatrix(xiEta).data, kind.shape->GetdNMatrix(p).data);
     }
 }
 

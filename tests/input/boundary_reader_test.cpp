@@ -1,73 +1,50 @@
-#include <gtest/gtest.h>
-
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "input/reader_test_support.hpp"
-#include "support/project_fixture.hpp"
 
 namespace {
 
 // A mesh of 13 nodes.
-class BoundaryReader : public testing::Test {
+class BoundaryReader : public ReaderTest {
   protected:
-    BoundaryReader() : analysis(AnalysisWithWave(4)) {
+    BoundaryReader() {
         for (int i = 0; i < 13; ++i) analysis.nodes.emplace_back(i, 0.0, 0.0);
     }
     void Read(const std::string& text) {
-        project.Write("bc.dat", text);
-        analysis.ReadBoundary(analysis.boundaryConds, project.Path("bc.dat"));
+        analysis.ReadBoundary(analysis.boundaryConds, File("bc.dat", text));
     }
-    const CBCVisco& Visco(size_t i) const {
-        return dynamic_cast<const CBCVisco&>(*analysis.boundaryConds.at(i));
-    }
-
-    ProjectFolder project;
-    CAnalysisData analysis;
 };
 
-TEST_F(BoundaryReader, PlainAndViscousLinesNameNodeAndCodeTheOtherWayRound) {
+std::vector<int> Integers(const CBCVisco& v) {
+    return {v.typeCode,  v.node,      v.rowNode,   v.direction,
+            v.edgeNode1, v.edgeNode2, v.edgeNode3, v.edgeNodeCount};
+}
+
+TEST_F(BoundaryReader, PlainLinesGiveNodeThenCodeViscousLinesCodeThenNode) {
     Read(
         "12 2 0.5 0.25\n"
         "$VISCO 2 12 1 3 1.5 0 10 20 30 4 5 -1\r\n"
-        "$V    100 7 0 3 0 6 0 0 0 1 2 5\n");
-    ASSERT_EQ(analysis.boundaryConds.size(), 3u);
+        "$V    100 7 0 3 0 6 0 0 0 1 2 5\n"
+        "$X 5 1\n\nfree text\n");
+    ASSERT_EQ(analysis.boundaryConds.size(), 6u);
     const CBoundaryCond& plain = *analysis.boundaryConds[0];
     EXPECT_EQ(dynamic_cast<const CBCVisco*>(&plain), nullptr);
-    EXPECT_EQ(plain.node, 12);
-    EXPECT_EQ(plain.typeCode, 2);
-    EXPECT_DOUBLE_EQ(plain.value.x, 0.5);
-    EXPECT_DOUBLE_EQ(plain.value.y, 0.25);
-
-    const CBCVisco& first = Visco(1);
-    EXPECT_EQ(first.typeCode, 2);
-    EXPECT_EQ(first.node, 12);
-    EXPECT_EQ(first.rowNode, 12);
-    EXPECT_EQ(first.direction, 1);
-    EXPECT_EQ(first.coefficient, Complex(3.0, 1.5));
-    EXPECT_EQ(first.term1, Complex(0.0, 0.0));
-    EXPECT_EQ(first.term2, Complex(1.0, 0.5));
-    EXPECT_EQ(first.term3, Complex(2.0, 1.0));
-    EXPECT_EQ(first.term4, Complex(3.0, 1.5));
-    EXPECT_EQ(first.edgeNode1, 4);
-    EXPECT_EQ(first.edgeNode2, 5);
-    EXPECT_EQ(first.edgeNode3, -1);
-    EXPECT_EQ(first.edgeNodeCount, 2);
-
-    const CBCVisco& second = Visco(2);
-    EXPECT_EQ(second.typeCode, 100);
-    EXPECT_EQ(second.direction, 0);
+    EXPECT_EQ(std::tie(plain.node, plain.typeCode, plain.value.x, plain.value.y),
+              std::make_tuple(12, 2, 0.5, 0.25));
+    const auto& first = dynamic_cast<const CBCVisco&>(*analysis.boundaryConds[1]);
+    EXPECT_EQ(Integers(first), (std::vector<int>{2, 12, 12, 1, 4, 5, -1, 2}));
+    EXPECT_EQ((std::vector<Complex>{first.coefficient, first.term1, first.term2, first.term3,
+                                    first.term4}),
+              (std::vector<Complex>{{3.0, 1.5}, {0.0, 0.0}, {1.0, 0.5}, {2.0, 1.0}, {3.0, 1.5}}));
+    const auto& second = dynamic_cast<const CBCVisco&>(*analysis.boundaryConds[2]);
+    EXPECT_EQ(Integers(second), (std::vector<int>{100, 7, 7, 0, 1, 2, 5, 3}));
     EXPECT_EQ(second.term1, Complex(0.6, 0.0));
-    EXPECT_EQ(second.edgeNode3, 5);
-    EXPECT_EQ(second.edgeNodeCount, 3);
-}
-
-TEST_F(BoundaryReader, OtherDollarLinesAndTextFixXOfNodeZero) {
-    Read("$X 5 1\n\nfree text\n");
-    ASSERT_EQ(analysis.boundaryConds.size(), 3u);
-    for (const auto& condition : analysis.boundaryConds) {
-        EXPECT_EQ(condition->node, 0);
-        EXPECT_EQ(condition->typeCode, 0);
-    }
+    // Other "$" lines, empty lines and text fix x of node 0.
+    for (size_t i = 3; i < 6; ++i)
+        EXPECT_EQ(std::tie(analysis.boundaryConds[i]->node, analysis.boundaryConds[i]->typeCode),
+                  std::make_tuple(0, 0));
 }
 
 TEST_F(BoundaryReader, IdleNodesAreFixedInBothDirections) {
@@ -79,23 +56,17 @@ TEST_F(BoundaryReader, IdleNodesAreFixedInBothDirections) {
     // Nodes 10 and 12 are in no element; 10 is fixed again although the file names it.
     ASSERT_EQ(analysis.boundaryConds.size(), 3u);
     EXPECT_EQ(analysis.boundaryConds[1]->node, 10);
-    EXPECT_EQ(analysis.boundaryConds[2]->node, 12);
-    EXPECT_EQ(analysis.boundaryConds[2]->typeCode, 2);
-}
-
-TEST_F(BoundaryReader, WithoutElementsEveryNodeIsIdle) {
-    analysis.ReadBoundary(analysis.boundaryConds, "");  // no boundary file
+    EXPECT_EQ(std::tie(analysis.boundaryConds[2]->node, analysis.boundaryConds[2]->typeCode),
+              std::make_tuple(12, 2));
+    analysis.elements.clear();  // without elements every node is idle
     analysis.AddIdleNodeBoundaries(analysis.boundaryConds);
-    EXPECT_EQ(analysis.boundaryConds.size(), 13u);
+    EXPECT_EQ(analysis.boundaryConds.size(), 16u);
 }
 
 using BoundaryReaderDeathTest = BoundaryReader;
 
 TEST_F(BoundaryReaderDeathTest, BadLinesStopWithStatusTwo) {
-    const struct {
-        const char* text;
-        const char* message;
-    } cases[] = {
+    const char* cases[][2] = {
         {"0 2\n$V\n", "bc.dat:2: a viscous line needs 12 fields after its keyword, it gives 0"},
         {"$VIS\n", "bc.dat:1: a viscous line needs 12"},
         {"$VISCO 100 3 0 1 0 0 1 1 0 4\n", "bc.dat:1: .*it gives 10"},
@@ -103,19 +74,7 @@ TEST_F(BoundaryReaderDeathTest, BadLinesStopWithStatusTwo) {
         {"$VISCO 100 3 0 1 0 0 1 1 0 4 5 -2\n", "bc.dat:1: edge node -2 is not in"},
         {"13 2 0 0\n", "bc.dat:1: node 13 is not in"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EXIT(Read(c.text), testing::ExitedWithCode(2), c.message);
-    }
-}
-
-TEST_F(BoundaryReaderDeathTest, MissingFileIsAReadingError) {
-    EXPECT_EXIT(
-        {
-            StdoutToStderr();
-            analysis.ReadBoundary(analysis.boundaryConds, "no/such/bc.dat");
-        },
-        testing::ExitedWithCode(0), "^BCDispData:Reading error\n$");
+    for (const auto& [text, message] : cases) ExpectStop([&] { Read(text); }, 2, message);
 }
 
 }  // namespace

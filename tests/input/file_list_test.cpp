@@ -1,100 +1,58 @@
-#include <gtest/gtest.h>
+#include <functional>
+#include <string>
+#include <tuple>
+#include <vector>
 
-#include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
-#include "support/project_fixture.hpp"
+#include "input/reader_test_support.hpp"
 
 namespace {
 
-TEST(Constants, NumbersMayCarryLabelsAndTextLinesTakeNoPlace) {
-    ProjectFolder project;
-    project.Write("c.txt",
-                  "// analysis constants\r\n"
-                  "12.5 cut-off [Hz]\r\n"
-                  "text line without number\r\n"
-                  "0\r\n"
-                  "0.01\tdt\r\n"
-                  "0.02 tol\r\n"
-                  "0.65 ratio\r\n"
-                  "8.9 iterations\r\n"
-                  "-1.7 side\r\n"
-                  "99 ignored\r\n");
-    CAnalysisData analysis;
-    analysis.clear(0);
-    analysis.ReadConstants(project.Path("c.txt"));
-    EXPECT_DOUBLE_EQ(analysis.cutoffFrequency, 12.5);
-    EXPECT_DOUBLE_EQ(analysis.timeStep, 0.01);
-    EXPECT_DOUBLE_EQ(analysis.tolerance, 0.02);
-    EXPECT_DOUBLE_EQ(analysis.effectiveStrainRatio, 0.65);
-    EXPECT_EQ(analysis.iterationLimit, 8);     // truncated toward zero
-    EXPECT_EQ(analysis.sideBoundaryType, -1);  // likewise
+using FileList = ReaderTest;
+
+TEST_F(FileList, ConstantsMayCarryLabelsAndTextLinesTakeNoPlace) {
+    analysis.ReadConstants(File("c.txt",
+                                "// analysis constants\r\n12.5 cut-off [Hz]\r\ntext line\r\n0\r\n"
+                                "0.01\tdt\r\n0.02 tol\r\n0.65 ratio\r\n8.9 iterations\r\n"
+                                "-1.7 side\r\n99 ignored\r\n"));
+    EXPECT_EQ((std::vector<double>{analysis.cutoffFrequency, analysis.timeStep, analysis.tolerance,
+                                   analysis.effectiveStrainRatio}),
+              (std::vector<double>{12.5, 0.01, 0.02, 0.65}));
+    // Counts and codes are truncated toward zero.
+    EXPECT_EQ(std::tie(analysis.iterationLimit, analysis.sideBoundaryType), std::make_tuple(8, -1));
 }
 
-TEST(Constants, ConstructorDefaultsAreClearedBeforeInput) {
-    CAnalysisData analysis;
-    EXPECT_DOUBLE_EQ(analysis.tolerance, 0.05);
-    analysis.clear(0);
-    EXPECT_DOUBLE_EQ(analysis.tolerance, 0.0);
-    EXPECT_EQ(analysis.iterationLimit, 10);
-}
-
-TEST(ConstantsDeathTest, FewerThanSevenValuesStopWithStatusTwo) {
-    ProjectFolder project;
-    project.Write("c.txt", "1\n2\n3\n");
-    CAnalysisData analysis;
-    EXPECT_EXIT(analysis.ReadConstants(project.Path("c.txt")), testing::ExitedWithCode(2),
-                "c.txt:3: .*7 values");
-}
-
-TEST(FileListDeathTest, EmptyListLineTakesASlotHoldingTheFolderAlone) {
-    ProjectFolder project;
-    const std::string folder = project.Root().string() + "/";
-    project.Write("input_VARNEK.inp", "// comment takes no slot\n\nwave.dat\n");
-    CAnalysisData analysis;
-    // Slot 0 is the folder itself: the constants reader cannot open it.
-    EXPECT_EXIT(analysis.ReadFileList(project.Path("input_VARNEK.inp"), folder),
-                testing::ExitedWithCode(0), "");
-}
-
-TEST(FileList, MissingListReportsPathAndFolder) {
-    ProjectFolder project;
-    CAnalysisData analysis;
-    testing::internal::CaptureStdout();
-    EXPECT_EXIT(analysis.ReadFileList("nowhere/input_VARNEK.inp", "nowhere/"),
-                testing::ExitedWithCode(0), "");
-    testing::internal::GetCapturedStdout();
-}
-
-TEST(FileList, EmptyListPathSkipsAllInput) {
-    CAnalysisData analysis;
-    analysis.clear(0);
-    analysis.ReadFileList("", "x/");
-    EXPECT_TRUE(analysis.nodes.empty());
-    EXPECT_DOUBLE_EQ(analysis.timeStep, 0.0);
-}
-
-TEST(LineReader, CommentNeedsTwoSlashesAndCarriageReturnsAreStripped) {
-    ProjectFolder project;
-    project.Write("f.txt", "//c\r\n/x\r\n\r\nlast");
-    std::vector<std::string> lines;
-    std::vector<int> numbers;
-    ReadDataLines(project.Path("f.txt"), "unused", [&](const std::string& line, int n) {
-        lines.push_back(line);
-        numbers.push_back(n);
-    });
-    EXPECT_EQ(lines, (std::vector<std::string>{"/x", "", "last"}));
-    EXPECT_EQ(numbers, (std::vector<int>{2, 3, 4}));
-}
-
-TEST(FileList, CommentLineInTheListTakesNoSlot) {
-    ProjectFolder project;
-    project.Write("config_VARNEK.txt", project.Root().string() + "/\n");
-    project.Write("input_VARNEK.inp", "// model of the test\nconstants.dat\nwave.dat\n");
-    project.Write("constants.dat", "10\n0\n0.01\n0.02\n0.65\n5\n2\n");
+TEST_F(FileList, CommentLineInTheListTakesNoSlot) {
+    File("config_VARNEK.txt", project.Root().string() + "/\n");
+    File("input_VARNEK.inp", "// model of the test\nconstants.dat\nwave.dat\n");
+    File("constants.dat", "10\n0\n0.01\n0.02\n0.65\n5\n2\n");
     // Were the comment a slot, the constants reader would fail on it; the wave file is missing.
     const ProgramRun run = project.Run();
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, project.Root().string() + "/\nSesmicData:Reading error\n");
+}
+
+using FileListDeathTest = ReaderTest;
+
+// A file that cannot be opened: the reader's own message on standard output and status 0.
+TEST_F(FileListDeathTest, EachReaderStopsWithItsMessage) {
+    const std::string list = File("input_VARNEK.inp", "// takes no slot\n\nwave.dat\n");
+    const std::string folder = project.Root().string() + "/";
+    const std::string constants = File("c.txt", "1\n2\n3\n");
+    CAnalysisData& a = analysis;
+    const std::tuple<std::function<void()>, int, const char*> cases[] = {
+        {[&] { a.ReadFileList("no/input_VARNEK.inp", "no/"); }, 0,
+         "^Filelist:Reading error\nno/input_VARNEK.inp\nno/\n$"},
+        // An empty list line takes a slot: the constants file is the folder itself.
+        {[&] { a.ReadFileList(list, folder); }, 0, "^dConstantData:Reading error\n$"},
+        {[&] { a.ReadSeismic("no/wave.dat"); }, 0, "^SesmicData:Reading error\n$"},
+        {[&] { a.ReadNodes("no/nodes.dat"); }, 0, "^NodeData:Reading error\n$"},
+        {[&] { a.ReadElements("no/e.dat", ""); }, 0, "^ElemData:Reading error\n$"},
+        {[&] { a.ReadElements("", "no/m.dat"); }, 0, "^dConstantData:Reading error\n$"},
+        {[&] { a.ReadBoundary(a.boundaryConds, "no/bc.dat"); }, 0, "^BCDispData:Reading error\n$"},
+        {[&] { a.ReadSelfWeightStress(""); }, 0, "^自重解析:Reading error\n$"},
+        {[&] { a.ReadConstants(constants); }, 2, "c.txt:3: .*7 values"},
+    };
+    for (const auto& [read, status, message] : cases) ExpectStop(read, status, message);
 }
 
 }  // namespace

@@ -1,120 +1,78 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "input/reader_test_support.hpp"
-#include "support/project_fixture.hpp"
 
 namespace {
 
-// One number a line, each with a label behind it.
-std::string NumberFile(const std::vector<double>& values) {
-    std::string text = "// material file\n";
-    for (double v : values) text += std::to_string(v) + " value\n";
-    return text;
-}
+using testing::DoubleEq;
+using testing::Pointwise;
 
-const std::vector<double> kElastic = {5, 1.8, 1.9, 7, 100, 0.3, 0.02};
-// GHE record: phi 30 degrees, c 0.01, beta 1.5 and 2.5, C values, exponent 1, hmax 0.2,
-// strength divisor 1.
-std::vector<double> GheRecord(double c1AtInf) {
-    return {4,   1.7, 1.75, 0,       50,  0.45, 0.01, 30,  0.01,
-            1.5, 2.5, 1.0,  c1AtInf, 1.0, 1.0,  1.0,  0.2, 1.0};
-}
-
-class MaterialReader : public testing::Test {
+// A material file of one number a line, each with a label behind it; the numbers start on line 2.
+class MaterialReader : public ReaderTest {
   protected:
-    MaterialList Read(const std::vector<double>& values) {
-        project.Write("materials.dat", NumberFile(values));
+    MaterialList Read(const std::vector<std::vector<double>>& records) {
+        std::string text = "// material file\n";
+        for (const auto& record : records)
+            for (double v : record) text += std::to_string(v) + " value\n";
         MaterialList list;
-        analysis.ReadMaterials(list, project.Path("materials.dat"));
+        analysis.ReadMaterials(list, File("materials.dat", text));
         return list;
     }
-    static std::vector<double> Join(std::vector<std::vector<double>> parts) {
-        std::vector<double> all;
-        for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
-        return all;
-    }
-
-    ProjectFolder project;
-    CAnalysisData analysis;
 };
 
-TEST_F(MaterialReader, ElasticAndGheRecordsFollowTheCount) {
-    const MaterialList list = Read(Join({{2}, kElastic, GheRecord(1.000005), {99}}));
-    ASSERT_EQ(list.size(), 2u);
-    const DAT_Material& elastic = *list[0];
-    EXPECT_EQ(elastic.type, 5);
-    EXPECT_NE(dynamic_cast<const DAT_Elastic*>(&elastic), nullptr);
-    EXPECT_DOUBLE_EQ(elastic.rho1, 1.8);
-    EXPECT_DOUBLE_EQ(elastic.rho2, 1.9);
-    EXPECT_DOUBLE_EQ(elastic.value3, 7.0);
-    EXPECT_DOUBLE_EQ(elastic.G0, 100.0);
-    EXPECT_DOUBLE_EQ(elastic.G, 100.0);
-    EXPECT_DOUBLE_EQ(elastic.nu, 0.3);
-    EXPECT_DOUBLE_EQ(elastic.h, 0.02);  // a fraction, not scaled
-    // The moduli are derived on reading.
-    EXPECT_DOUBLE_EQ(elastic.Gused, 100.0);
-    EXPECT_DOUBLE_EQ(elastic.E, 260.0);
-
-    const auto* ghe = dynamic_cast<const DAT_GHEmodel*>(list[1].get());
-    ASSERT_NE(ghe, nullptr);
-    EXPECT_EQ(ghe->type, 4);
-    EXPECT_DOUBLE_EQ(ghe->phi, (30.0 / 180.0) * 3.141592653589793);
-    EXPECT_DOUBLE_EQ(ghe->c, 0.01);
-    EXPECT_DOUBLE_EQ(ghe->beta1, 1.5);
-    EXPECT_DOUBLE_EQ(ghe->beta2, 2.5);
-    EXPECT_DOUBLE_EQ(ghe->C1atInf, 1.000005);
-    EXPECT_DOUBLE_EQ(ghe->hExponent, 1.0);
-    EXPECT_DOUBLE_EQ(ghe->hmax, 0.2);
-    EXPECT_DOUBLE_EQ(ghe->strengthDivisor, 1.0);
-    EXPECT_TRUE(ghe->isHyperbolic);
+const std::vector<double> kElastic = {5, 1.8, 1.9, 7, 100, 0.3, 0.02};
+// phi 30 degrees, c 0.01, beta 1.5 and 2.5, C values, exponent 1, hmax 0.2, divisor 1.
+std::vector<double> Ghe(double c1AtInf) {
+    return {4, 1.7, 1.75, 0, 50, 0.45, 0.01, 30, 0.01, 1.5, 2.5, 1, c1AtInf, 1, 1, 1, 0.2, 1};
 }
+// Any code but 4 and 5 is the table model; two rows of strain, G ratio and damping in percent.
+const std::vector<double> kTable = {3, 1.6, 1.6, 0, 80, 0.35, 0.05, 2, 1e-5, 1e-3, 1, 0.5, 2, 25};
 
-TEST_F(MaterialReader, ACValueFartherThanTheToleranceFromOneKeepsTheCosineTerms) {
-    const MaterialList list = Read(Join({{1}, GheRecord(1.00002)}));
-    ASSERT_EQ(list.size(), 1u);
-    EXPECT_FALSE(dynamic_cast<const DAT_GHEmodel&>(*list[0]).isHyperbolic);
-}
-
-TEST_F(MaterialReader, AnyOtherCodeIsTheTableModelWithDampingInPercent) {
-    const MaterialList list =
-        Read(Join({{1}, {3, 1.6, 1.6, 0, 80, 0.35, 0.05, 2}, {1e-5, 1e-3}, {1, 0.5}, {2, 25}}));
-    ASSERT_EQ(list.size(), 1u);
-    const auto* table = dynamic_cast<const DAT_Othermoel*>(list[0].get());
-    ASSERT_NE(table, nullptr);
-    EXPECT_EQ(table->type, 2);
-    EXPECT_DOUBLE_EQ(table->h, 0.05);
-    EXPECT_EQ(table->strainTable, (std::vector<double>{1e-5, 1e-3}));
-    EXPECT_EQ(table->gTable, (std::vector<double>{1.0, 0.5}));
-    ASSERT_EQ(table->hTable.size(), 2u);
-    EXPECT_DOUBLE_EQ(table->hTable[0], 0.02);
-    EXPECT_DOUBLE_EQ(table->hTable[1], 0.25);
-}
-
-TEST_F(MaterialReader, CountOfZeroGivesAnEmptyList) {
-    EXPECT_TRUE(Read({0, 5, 1}).empty());
+TEST_F(MaterialReader, RecordsFollowTheCountAtTheirPlaces) {
+    const MaterialList list = Read({{3}, kElastic, Ghe(1.000005), kTable, {99}});
+    ASSERT_EQ(list.size(), 3u);
+    // The damping of place 7 is a fraction, not scaled; the moduli are derived on reading.
+    const auto& elastic = dynamic_cast<const DAT_Elastic&>(*list[0]);
+    EXPECT_THAT((std::vector<double>{1.0 * elastic.type, elastic.rho1, elastic.rho2, elastic.value3,
+                                     elastic.G0, elastic.G, elastic.nu, elastic.h, elastic.Gused,
+                                     elastic.E}),
+                Pointwise(DoubleEq(), {5.0, 1.8, 1.9, 7.0, 100.0, 100.0, 0.3, 0.02, 100.0, 260.0}));
+    const auto& ghe = dynamic_cast<const DAT_GHEmodel&>(*list[1]);
+    EXPECT_THAT((std::vector<double>{1.0 * ghe.type, ghe.phi, ghe.c, ghe.beta1, ghe.beta2,
+                                     ghe.C1atInf, ghe.hExponent, ghe.hmax, ghe.strengthDivisor}),
+                Pointwise(DoubleEq(), {4.0, 30.0 / 180.0 * 3.141592653589793, 0.01, 1.5, 2.5,
+                                       1.000005, 1.0, 0.2, 1.0}));
+    const auto& table = dynamic_cast<const DAT_Othermoel&>(*list[2]);
+    EXPECT_EQ(table.type, 2);
+    EXPECT_DOUBLE_EQ(table.h, 0.05);
+    EXPECT_EQ(table.strainTable, (std::vector<double>{1e-5, 1e-3}));
+    EXPECT_EQ(table.gTable, (std::vector<double>{1.0, 0.5}));
+    EXPECT_THAT(table.hTable, Pointwise(DoubleEq(), {0.02, 0.25}));
+    // Every C value within 1e-5 of one makes the plain hyperbola.
+    EXPECT_TRUE(ghe.isHyperbolic);
+    EXPECT_FALSE(dynamic_cast<const DAT_GHEmodel&>(*Read({{1}, Ghe(1.00002)})[0]).isHyperbolic);
+    EXPECT_TRUE(Read({{0}, kElastic}).empty());
 }
 
 using MaterialReaderDeathTest = MaterialReader;
 
 TEST_F(MaterialReaderDeathTest, ShortRecordsStopWithStatusTwo) {
-    // Lines: 1 is the comment, the numbers start on line 2.
-    EXPECT_EXIT(Read(Join({{2}, kElastic, {4, 1, 1}})), testing::ExitedWithCode(2),
-                "materials.dat:12: material 1 needs 18 numbers, the file ends after 3");
-    EXPECT_EXIT(Read({1, 5, 1.8}), testing::ExitedWithCode(2),
-                "materials.dat:4: material 0 needs 7 numbers");
-    EXPECT_EXIT(Read({2, 5, 1, 1, 0, 80, 0.3, 0.05}), testing::ExitedWithCode(2),
-                "materials.dat:9: material 1 needs 1 numbers, the file ends after 0");
-    EXPECT_EXIT(Read(Join({{1}, {2, 1, 1, 0, 80, 0.3, 0.05, 2}, {1e-5, 1e-3, 1, 0.5, 2}})),
-                testing::ExitedWithCode(2), "material 0 needs 14 numbers");
-    EXPECT_EXIT(Read({}), testing::ExitedWithCode(2), "materials.dat:0: .*no number");
-}
-
-TEST_F(MaterialReaderDeathTest, TableOfFewerThanTwoRowsStops) {
-    EXPECT_EXIT(Read(Join({{1}, {2, 1, 1, 0, 80, 0.3, 0.05, 1}, {1e-5, 1, 2}})),
-                testing::ExitedWithCode(2), "materials.dat:10: material 0 has a table of 1 rows");
+    const std::pair<std::vector<std::vector<double>>, const char*> cases[] = {
+        {{{2}, kElastic, {4, 1, 1}},
+         "materials.dat:12: material 1 needs 18 numbers, the file ends after 3"},
+        {{{1, 5, 1.8}}, "materials.dat:4: material 0 needs 7 numbers"},
+        {{{2, 5, 1, 1, 0, 80, 0.3, 0.05}},
+         "materials.dat:9: material 1 needs 1 numbers, the file ends after 0"},
+        {{{1, 2, 1, 1, 0, 80, 0.3, 0.05, 2, 1e-5, 1e-3, 1, 0.5, 2}}, "material 0 needs 14 numbers"},
+        {{{1, 2, 1, 1, 0, 80, 0.3, 0.05, 1, 1e-5, 1, 2}},
+         "materials.dat:10: material 0 has a table of 1 rows"},
+        {{}, "materials.dat:0: .*no number"},
+    };
+    for (const auto& [records, message] : cases) ExpectStop([&] { Read(records); }, 2, message);
 }
 
 }  // namespace

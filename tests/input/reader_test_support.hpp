@@ -1,15 +1,17 @@
-// Helpers of the reader tests.
+// The shared fixture of the reader tests.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <functional>
 #include <string>
 
 #include "run/analysis_data.hpp"
+#include "support/project_fixture.hpp"
 
-// For the statement of a death test: the child's standard output goes to its standard error,
-// where the test can match a message that the program prints on standard output.
+// In a death test: standard output joins standard error, where the message is matched.
 inline void StdoutToStderr() {
     std::fflush(stdout);
     dup2(2, 1);
@@ -25,3 +27,21 @@ inline CAnalysisData AnalysisWithWave(size_t paddedLength) {
     analysis.seismicWaves.push_back(wave);
     return analysis;
 }
+
+class ReaderTest : public testing::Test {
+  protected:
+    // Writes a file into the project folder and gives its path.
+    std::string File(const std::string& name, const std::string& text) {
+        project.Write(name, text);
+        return project.Path(name);
+    }
+    // The reader must end the run with the status and print the message (on either stream).
+    static void ExpectStop(const std::function<void()>& read, int status,
+                           const std::string& message) {
+        SCOPED_TRACE(message);
+        EXPECT_EXIT((StdoutToStderr(), read()), testing::ExitedWithCode(status), message);
+    }
+
+    ProjectFolder project;
+    CAnalysisData analysis = AnalysisWithWave(8);
+};

@@ -1,32 +1,21 @@
-#include <gtest/gtest.h>
-
 #include <boost/make_shared.hpp>
 #include <cmath>
 #include <string>
 
 #include "input/reader_test_support.hpp"
 #include "input/self_weight_stress.hpp"
-#include "support/project_fixture.hpp"
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
+constexpr double kTf = 9.80665 / 1000.0;  // MPa in one tf/m2
 
 boost::shared_ptr<DAT_GHEmodel> Ghe(double phiDegrees, double c, double divisor) {
     auto m = boost::make_shared<DAT_GHEmodel>();
     m->type = 4;
-    m->phi = phiDegrees / 180.0 * kPi;
+    m->phi = phiDegrees / 180.0 * M_PI;
     m->c = c;
     m->strengthDivisor = divisor;
     return m;
-}
-
-CElement ElementOf(boost::shared_ptr<DAT_Material> material, int points) {
-    CElement element;
-    element.material = material;
-    element.gaussPoints.resize(static_cast<size_t>(points));
-    element.gaussCount = points;
-    return element;
 }
 
 // One stress line: number, sx, sy, sz, sxy and two unused values, in tf/m2.
@@ -35,81 +24,61 @@ std::string StressLine(int n, double sx, double sy, double sz, double sxy) {
            std::to_string(sz) + " " + std::to_string(sxy) + " 0 0\n";
 }
 
-class SelfWeightReader : public testing::Test {
+class SelfWeightReader : public ReaderTest {
   protected:
-    void Read(const std::string& text) {
-        project.Write("output0.inp", text);
-        analysis.ReadSelfWeightStress(project.Path("output0.inp"));
+    void AddElement(boost::shared_ptr<DAT_Material> material, int points) {
+        CElement& e = analysis.elements.emplace_back();
+        e.material = material;
+        e.gaussPoints.resize(static_cast<size_t>(points));
+        e.gaussCount = points;
     }
-    ProjectFolder project;
-    CAnalysisData analysis;
+    void Read(const std::string& text) { analysis.ReadSelfWeightStress(File("output0.inp", text)); }
+    const CGauss& Point(size_t e, size_t p) const { return analysis.elements[e].gaussPoints[p]; }
 };
 
-TEST_F(SelfWeightReader, PointsTakeTheLinesInOrderAndTheLastPointSetsTheStrength) {
+TEST_F(SelfWeightReader, PointsTakeTheLinesInOrderAndTheNinthPointSetsTheStrength) {
     auto elastic = boost::make_shared<DAT_Elastic>();
     elastic->type = 5;
     auto ghe = Ghe(30.0, 0.01, 2.0);
-    analysis.elements.push_back(ElementOf(elastic, 4));
-    analysis.elements.push_back(ElementOf(ghe, 9));
+    AddElement(elastic, 4);
+    AddElement(ghe, 9);
     std::string text =
         "---- node ----\n1 2 3\n---- stress ---- \n9 9 9 9 9 9 9\n---- stress ----\n";
     for (int i = 1; i <= 12; ++i) text += StressLine(i, -i, -2.0 * i, -0.5 * i, 0.25 * i);
-    text += StressLine(13, -10.0, -10.0, -5.0, 0.0);
-
-    Read(text);
-    const CGauss& first = analysis.elements[0].gaussPoints[0];
-    EXPECT_DOUBLE_EQ(first.stress[0], -1.0 * 9.80665 / 1000.0);
-    EXPECT_DOUBLE_EQ(first.stress[1], -2.0 * 9.80665 / 1000.0);
-    EXPECT_DOUBLE_EQ(first.stress[2], -0.5 * 9.80665 / 1000.0);
-    EXPECT_DOUBLE_EQ(first.stress[3], 0.25 * 9.80665 / 1000.0);
-    EXPECT_DOUBLE_EQ(analysis.elements[1].gaussPoints[0].stress[0], -5.0 * 9.80665 / 1000.0);
+    Read(text + StressLine(13, -10.0, -10.0, -5.0, 0.0));
+    for (int i = 0; i < 4; ++i)
+        EXPECT_DOUBLE_EQ(Point(0, 0).stress[i], (RealVector{-1.0, -2.0, -0.5, 0.25})[i] * kTf);
+    EXPECT_DOUBLE_EQ(Point(1, 0).stress[0], -5.0 * kTf);
     // The ninth point of the GHE element is an even compression: p is the pressure itself.
-    const double pressure = 10.0 * 9.80665 / 1000.0;
-    EXPECT_DOUBLE_EQ(ghe->tauf, (pressure * std::tan(ghe->phi) + 0.01) / 2.0);
+    EXPECT_DOUBLE_EQ(ghe->tauf, (10.0 * kTf * std::tan(ghe->phi) + 0.01) / 2.0);
 }
 
-TEST_F(SelfWeightReader, UnreadableLinesAndMissingLinesKeepTheLineBefore) {
+TEST_F(SelfWeightReader, UnreadableAndMissingLinesKeepTheLineBefore) {
     auto ghe = Ghe(0.0, 0.3, 1.5);
-    analysis.elements.push_back(ElementOf(ghe, 4));
-    Read("---- stress ----\n" + StressLine(1, 1.0, 2.0, 3.0, 4.0) + "// not skipped\n" + "2 5.0\n");
-    const auto& points = analysis.elements[0].gaussPoints;
-    EXPECT_DOUBLE_EQ(points[0].stress[0], 0.00980665);
-    EXPECT_DOUBLE_EQ(points[1].stress[0], 0.00980665);
-    EXPECT_DOUBLE_EQ(points[2].stress[0], 5.0 * 9.80665 / 1000.0);  // a partial scan
-    EXPECT_DOUBLE_EQ(points[2].stress[1], 2.0 * 9.80665 / 1000.0);
-    EXPECT_DOUBLE_EQ(points[3].stress[0], 5.0 * 9.80665 / 1000.0);
+    AddElement(ghe, 4);
+    Read("---- stress ----\n" + StressLine(1, 1.0, 2.0, 3.0, 4.0) + "// not skipped\n2 5.0\n");
+    EXPECT_DOUBLE_EQ(Point(0, 0).stress[0], kTf);
+    EXPECT_DOUBLE_EQ(Point(0, 1).stress[0], kTf);
+    EXPECT_DOUBLE_EQ(Point(0, 2).stress[0], 5.0 * kTf);  // a partial scan
+    EXPECT_DOUBLE_EQ(Point(0, 2).stress[1], 2.0 * kTf);
+    EXPECT_DOUBLE_EQ(Point(0, 3).stress[0], 5.0 * kTf);
     EXPECT_DOUBLE_EQ(ghe->tauf, 0.2);  // phi 0: c / divisor at any stress
-}
 
-TEST_F(SelfWeightReader, WithoutTheMarkerAllPointsStayAtZero) {
-    analysis.elements.push_back(ElementOf(Ghe(30.0, 0.0, 1.0), 4));
+    AddElement(Ghe(30.0, 0.0, 1.0), 4);  // without the marker every point stays at zero
     Read("---- stress ---- \n" + StressLine(1, 1.0, 2.0, 3.0, 4.0));
-    for (const CGauss& point : analysis.elements[0].gaussPoints)
-        for (int i = 0; i < 4; ++i) EXPECT_EQ(point.stress[i], 0.0);
+    for (int p = 0; p < 4; ++p)
+        for (int i = 0; i < 4; ++i) EXPECT_EQ(Point(1, p).stress[i], 0.0);
 }
 
-TEST(GheStrength, TensionTakesTheConfinementFloor) {
+TEST(GheStrength, MohrCoulombOnTheMeanPrincipalStressWithAFloorUnderTension) {
     const auto ghe = Ghe(30.0, 0.05, 2.0);
     const double floor = 0.010132500000000001 * std::tan(ghe->phi);
     EXPECT_DOUBLE_EQ(GheStrength(*ghe, 0.1, 0.2, 0.0), (floor + 0.05) / 2.0);
     // Pure shear t: principal stresses +-t, p = -t sin(phi) < 0.
     EXPECT_DOUBLE_EQ(GheStrength(*ghe, 0.0, 0.0, 0.1), (floor + 0.05) / 2.0);
-}
-
-TEST(GheStrength, MohrCoulombOnTheMeanOfThePrincipalStresses) {
-    const auto ghe = Ghe(30.0, 0.0, 1.0);
     // sx = -0.3, sy = -0.1, sxy = 0: s1 = 0.3, s3 = 0.1, p = 0.2 - 0.5 * 0.1.
-    EXPECT_NEAR(GheStrength(*ghe, -0.3, -0.1, 0.0), 0.15 * std::tan(ghe->phi), 1e-15);
-}
-
-TEST(SelfWeightReaderDeathTest, MissingFileIsAReadingError) {
-    CAnalysisData analysis;
-    EXPECT_EXIT(
-        {
-            StdoutToStderr();
-            analysis.ReadSelfWeightStress("");
-        },
-        testing::ExitedWithCode(0), "^自重解析:Reading error\n$");
+    EXPECT_NEAR(GheStrength(*Ghe(30.0, 0.0, 1.0), -0.3, -0.1, 0.0), 0.15 * std::tan(ghe->phi),
+                1e-15);
 }
 
 }  // namespace
