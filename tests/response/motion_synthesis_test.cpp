@@ -8,14 +8,14 @@
 
 #include "response/synthesis_model.hpp"
 #include "response/work_files.hpp"
-#include "support/project_fixture.hpp"
 
 namespace {
 
 constexpr size_t kP = 64;
 constexpr double kDt = 0.01;
 
-// A wave of 50 samples with a mean, a low tone and a tone near the top of the band.
+// 50 samples with a mean, a low tone and a tone at 2.9 rad per sample, far above the 10 lines
+// analysed (line 29.5 of 64).
 std::vector<double> TestWave() {
     std::vector<double> w(50);
     for (size_t j = 0; j < w.size(); ++j)
@@ -23,140 +23,87 @@ std::vector<double> TestWave() {
     return w;
 }
 
-class MotionSynthesis : public ::testing::Test {
+// base plus the series of a spectrum with the single line k and its conjugate mirror at P - k
+// (none for the top line P/2): the inverse DFT summed directly.
+std::vector<double> DirectInverse(Complex line, size_t k, std::vector<double> base) {
+    for (size_t t = 0; t < base.size(); ++t) {
+        const Complex term = line * std::polar(1.0, 2.0 * std::numbers::pi * double(k * t) / kP);
+        base[t] += (term + (k == kP / 2 ? 0.0 : std::conj(term))).real();
+    }
+    return base;
+}
+
+class MotionSynthesis : public SynthesisTest {
   protected:
-    ProjectFolder project;
-    WorkingDirectory cwd{project.Root()};
-    CAnalysisData analysis;
+    MotionSynthesis() { SetWave(analysis, TestWave(), kP, kDt, 10); }
 
-    void SetUp() override { SetWave(analysis, TestWave(), kP, kDt, 10); }
-
-    // Node series as (x, y) pairs of a node-major f64 file.
-    std::vector<double> Series(const std::string& file, size_t node, int axis) {
-        const std::vector<double> all = ReadF64(file);
-        const size_t steps = analysis.SampleCount();
-        std::vector<double> s(steps);
-        for (size_t t = 0; t < steps; ++t) s[t] = all.at((node * steps + t) * 2 + axis);
+    // One direction of a node in a node-major file of (x, y) pairs.
+    std::vector<double> Series(const std::string& file, size_t node, int axis) const {
+        const std::vector<double> all = ReadValues<double>(file);
+        std::vector<double> s(analysis.SampleCount());
+        for (size_t t = 0; t < s.size(); ++t) s[t] = all.at((node * s.size() + t) * 2 + axis);
         return s;
     }
 
-    void Synthesise() {
-        analysis.CalcDisplacementHistory();
-        analysis.CalcAccelerationHistory();
+    // -w^2 times the wave's line k times the transfer value: the line of the relative acceleration.
+    Complex AccelerationLine(size_t k, Complex transfer) const {
+        const double w = k * 2.0 * std::numbers::pi / (kP * kDt);
+        return -w * w * analysis.waveSpectrum[k] * transfer;
     }
 };
 
-// x(t) of a spectrum with the single line k (and its mirror): the inverse DFT summed directly.
-std::vector<double> DirectInverse(Complex lineValue, size_t k, size_t steps) {
-    std::vector<double> x(steps);
-    for (size_t t = 0; t < steps; ++t) {
-        Complex sum = 0.0;
-        for (size_t m = 0; m < kP; ++m) {
-            Complex v = 0.0;
-            if (m == k) v = lineValue;
-            if (m == kP - k && k != kP / 2) v = std::conj(lineValue);
-            sum += v * std::polar(1.0, 2.0 * std::numbers::pi * double(m * t) / double(kP));
-        }
-        x[t] = sum.real();
-    }
-    return x;
-}
-
-TEST_F(MotionSynthesis, ZeroSpectraGiveNoDisplacementAndTheInputAsXAcceleration) {
-    AddNode(analysis, 0, 0);
-    AddNode(analysis, 1, 0);
-    Synthesise();
-    const std::vector<double> wave = TestWave();
-    for (size_t n = 0; n < 2; ++n) {
-        for (double v : Series(work_files::kDisp, n, 0)) EXPECT_EQ(v, 0.0);
-        for (double v : Series(work_files::kDisp, n, 1)) EXPECT_EQ(v, 0.0);
-        const std::vector<double> ax = Series(work_files::kAcc, n, 0);
-        for (size_t t = 0; t < wave.size(); ++t) EXPECT_NEAR(ax[t], wave[t], 1e-12);
-        for (double v : Series(work_files::kAcc, n, 1)) EXPECT_EQ(v, 0.0);
-    }
-    const std::vector<double> maxAcc = ReadF64(work_files::kMaxAcc);
-    ASSERT_EQ(maxAcc.size(), 4u);
-    double largest = 0;
-    for (double v : wave) largest = std::max(largest, std::abs(v));
-    EXPECT_NEAR(maxAcc[0], largest, 1e-12);
-    EXPECT_EQ(maxAcc[1], 0.0);
-    EXPECT_EQ(ReadF64(work_files::kMaxDisp), std::vector<double>(4, 0.0));
-}
-
+// No transfer function, a line below P/2 with its mirror, and the top line P/2 alone, whose
+// imaginary part never reaches the series: series and peaks against the inverse DFT summed
+// directly. The x acceleration is the whole input, its tone above the lines analysed included,
+// plus the relative response of the line.
 TEST_F(MotionSynthesis, OneLineSpectrumMatchesDirectInverseTransform) {
-    const size_t k = 3;
-    const int n = AddNode(analysis, 0, 0);
-    analysis.nodes[n].dispX[k] = Complex(0.2, -0.7);
-    analysis.nodes[n].dispY[k] = Complex(-1.1, 0.4);
-    Synthesise();
-    const Complex F = analysis.waveSpectrum[k];
-    const double w = k * 2.0 * std::numbers::pi / (kP * kDt);
-    const size_t steps = analysis.SampleCount();
-
-    const std::vector<double> dx = DirectInverse(F * Complex(0.2, -0.7), k, steps);
-    const std::vector<double> dy = DirectInverse(F * Complex(-1.1, 0.4), k, steps);
-    const std::vector<double> ay = DirectInverse(-w * w * F * Complex(-1.1, 0.4), k, steps);
-    // The x acceleration is the input plus the relative response of this line.
-    const std::vector<double> wave = TestWave();
-    const std::vector<double> ax = DirectInverse(-w * w * F * Complex(0.2, -0.7), k, steps);
-    const auto disp =
-        std::make_pair(Series(work_files::kDisp, 0, 0), Series(work_files::kDisp, 0, 1));
-    const auto acc = std::make_pair(Series(work_files::kAcc, 0, 0), Series(work_files::kAcc, 0, 1));
-    for (size_t t = 0; t < steps; ++t) {
-        EXPECT_NEAR(disp.first[t], dx[t], 1e-12);
-        EXPECT_NEAR(disp.second[t], dy[t], 1e-12);
-        EXPECT_NEAR(acc.first[t], wave[t] + ax[t], 1e-9);
-        EXPECT_NEAR(acc.second[t], ay[t], 1e-9);
+    const Complex tx(0.2, -0.7), ty(-1.1, 0.4);
+    const std::vector<double> zero(50, 0.0);
+    const std::pair<size_t, double> cases[] = {{3, 0.0}, {3, 1.0}, {kP / 2, 1.0}};
+    for (const auto& [k, scale] : cases) {
+        analysis.nodes.clear();
+        AddNode(analysis, 0, 0);
+        analysis.nodes[0].dispX[k] = scale * tx;
+        analysis.nodes[0].dispY[k] = scale * ty;
+        analysis.CalcDisplacementHistory();
+        analysis.CalcAccelerationHistory();
+        const Complex F = analysis.waveSpectrum[k];
+        const std::vector<double> expected[4] = {
+            DirectInverse(F * scale * tx, k, zero), DirectInverse(F * scale * ty, k, zero),
+            DirectInverse(AccelerationLine(k, scale * tx), k, TestWave()),
+            DirectInverse(AccelerationLine(k, scale * ty), k, zero)};
+        // Exact zeros without a transfer function; the input's round trip in the x acceleration.
+        const double tolerance[4] = {1e-12 * scale, 1e-12 * scale, 1e-9 * scale + 1e-12,
+                                     1e-9 * scale};
+        const std::vector<double> peaks[2] = {ReadValues<double>(work_files::kMaxDisp),
+                                              ReadValues<double>(work_files::kMaxAcc)};
+        for (int s = 0; s < 4; ++s) {
+            const auto series = Series(s < 2 ? work_files::kDisp : work_files::kAcc, 0, s % 2);
+            double peak = 0.0;
+            for (size_t t = 0; t < 50; ++t) {
+                EXPECT_NEAR(series[t], expected[s][t], tolerance[s]) << k << ' ' << s;
+                peak = std::max(peak, std::abs(expected[s][t]));
+            }
+            EXPECT_NEAR(peaks[s / 2].at(s % 2), peak, tolerance[s]) << k << ' ' << s;
+        }
     }
-}
-
-TEST_F(MotionSynthesis, TopLineHasNoMirrorAndItsImaginaryPartDoesNotReachTheSeries) {
-    const int n = AddNode(analysis, 0, 0);
-    analysis.nodes[n].dispX[kP / 2] = Complex(0.0, 5.0);
-    analysis.nodes[n].dispY[kP / 2] = Complex(2.0, 0.0);
-    analysis.CalcDisplacementHistory();
-    const Complex F = analysis.waveSpectrum[kP / 2];
-    const std::vector<double> x = Series(work_files::kDisp, 0, 0);
-    const std::vector<double> y = Series(work_files::kDisp, 0, 1);
-    for (size_t t = 0; t < x.size(); ++t) {
-        const double sign = t % 2 ? -1.0 : 1.0;
-        EXPECT_NEAR(x[t], sign * (F * Complex(0.0, 5.0)).real(), 1e-12);
-        EXPECT_NEAR(y[t], sign * (F * 2.0).real(), 1e-12);
-    }
-}
-
-TEST_F(MotionSynthesis, XAccelerationKeepsTheInputAboveTheCutOff) {
-    // The transfer function covers the analysed lines only; the wave's tone at 2.9 rad per
-    // sample (line 29.5 of 64) lies far above them and must pass unchanged into the x series.
-    const int n = AddNode(analysis, 0, 0);
-    for (int k = 1; k < analysis.frequencyCount; ++k)
-        analysis.nodes[n].dispX[k] = Complex(0.01, 0.02 * k);
-    analysis.CalcAccelerationHistory();
-    const std::vector<double> ax = Series(work_files::kAcc, 0, 0);
-    std::vector<double> expected = TestWave();
-    for (int k = 1; k < analysis.frequencyCount; ++k) {
-        const double w = k * 2.0 * std::numbers::pi / (kP * kDt);
-        const Complex line = -w * w * analysis.waveSpectrum[k] * Complex(0.01, 0.02 * k);
-        const std::vector<double> part = DirectInverse(line, k, ax.size());
-        for (size_t t = 0; t < ax.size(); ++t) expected[t] += part[t];
-    }
-    for (size_t t = 0; t < ax.size(); ++t) EXPECT_NEAR(ax[t], expected[t], 1e-9);
 }
 
 TEST_F(MotionSynthesis, FilesHoldEveryNodesStepsAndPeaksOfTheUnpaddedPartOnly) {
-    // Three samples padded to 64; the node's x motion is a sine of one period over 64 samples,
-    // whose crest lies in the padded tail.
+    // Three samples padded to 64; node 0 moves in x as a sine of one period over 64 samples,
+    // whose crest lies in the padded tail. A longer file from before is replaced.
     SetWave(analysis, std::vector<double>(3, 0.0), kP, kDt, 10);
     analysis.waveSpectrum[1] = 1.0;
     for (int i = 0; i < 3; ++i) AddNode(analysis, i, 0);
     analysis.nodes[0].dispX[1] = Complex(0.0, -0.5);
+    project.Write(work_files::kDisp, std::string(1000, 'x'));
     analysis.CalcDisplacementHistory();
     EXPECT_EQ(std::filesystem::file_size(work_files::kDisp), 3u * 3 * 16);
     EXPECT_EQ(std::filesystem::file_size(work_files::kMaxDisp), 3u * 16);
     const std::vector<double> x = Series(work_files::kDisp, 0, 0);
     for (size_t t = 0; t < 3; ++t)
         EXPECT_NEAR(x[t], std::sin(2 * std::numbers::pi * t / kP), 1e-12);
-    const std::vector<double> peaks = ReadF64(work_files::kMaxDisp);
+    const std::vector<double> peaks = ReadValues<double>(work_files::kMaxDisp);
     EXPECT_NEAR(peaks[0], std::sin(4 * std::numbers::pi / kP), 1e-12);
     EXPECT_EQ(peaks[2], 0.0);
 }

@@ -1,49 +1,64 @@
-// Small in-memory analyses for the synthesis tests: a wave with its spectrum and transform,
-// nodes with transfer spectra, elements bound to real rules, shape functions and materials;
-// and the readers of the binary work files the syntheses leave in the working directory.
+// Small in-memory analyses for the synthesis tests: a wave with its spectrum and transform, nodes
+// with transfer spectra; the work files read whole.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "run/analysis_data.hpp"
+#include "support/project_fixture.hpp"
 
-// Moves into a folder for the lifetime of the object: the work files lie in the working
-// directory.
-class WorkingDirectory {
-  public:
-    explicit WorkingDirectory(const std::filesystem::path& folder);
-    ~WorkingDirectory();
-    WorkingDirectory(const WorkingDirectory&) = delete;
-    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+// A scratch folder as the working directory, where the syntheses leave their work files, and an
+// empty analysis.
+class SynthesisTest : public testing::Test {
+  protected:
+    void SetUp() override { std::filesystem::current_path(project.Root()); }
+    void TearDown() override { std::filesystem::current_path(previous_); }
+
+    ProjectFolder project;
+    CAnalysisData analysis;
 
   private:
-    std::filesystem::path previous_;
+    std::filesystem::path previous_ = std::filesystem::current_path();
 };
 
-// Gives the analysis the wave samples (m/s2), zero-padded to P, its forward spectrum, the
-// shared transform, the step dt and frequencyCount lines of analysis.
-void SetWave(CAnalysisData& analysis, const std::vector<double>& samples, size_t P, double dt,
-             int frequencyCount);
+// The wave samples (m/s2) zero-padded to P, their forward spectrum, the transform, the step dt
+// and frequencyCount lines of analysis.
+inline void SetWave(CAnalysisData& analysis, const std::vector<double>& samples, size_t P,
+                    double dt, int frequencyCount) {
+    CSeismicWave wave;
+    wave.timeStep = analysis.timeStep = dt;
+    wave.sampleCount = static_cast<int>(samples.size());
+    wave.acc = samples;
+    wave.acc.resize(P, 0.0);
+    analysis.seismicWaves.assign(1, wave);
+    analysis.frequencyCount = frequencyCount;
+    analysis.transformHandle = std::make_unique<FourierTransform>(P);
+    analysis.waveSpectrum = ComplexVector(P);
+    for (size_t i = 0; i < P; ++i) analysis.waveSpectrum[i] = wave.acc[i];
+    analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
+}
 
-// Appends a node with zero spectra of P/2 + 1 lines.
-int AddNode(CAnalysisData& analysis, double x, double y);
+// A node with zero spectra of P/2 + 1 lines.
+inline int AddNode(CAnalysisData& analysis, double x, double y) {
+    CNode node(x, y, 0.0);
+    node.dispX = node.dispY = ComplexVector(analysis.PaddedLength() / 2 + 1);
+    analysis.nodes.push_back(node);
+    return static_cast<int>(analysis.nodes.size()) - 1;
+}
 
-// Appends an element of 4, 6 or 8 nodes bound to the elastic material given (shared).
-void AddElement(CAnalysisData& analysis, const std::vector<int>& nodes,
-                const boost::shared_ptr<DAT_Material>& material);
-
-// An elastic material whose D is the isotropic plane-strain matrix of the complex shear modulus
-// G and Poisson's ratio nu, set directly: L + 2G on the normal diagonal, L = 2G nu / (1 - 2nu)
-// off it, G for the engineering shear.
-boost::shared_ptr<DAT_Material> ElasticMaterial(Complex G, double nu);
-
-// A strip of elements along x, 4-node ones alone or 4-, 6- and 8-node ones in turn, each in a
-// unit cell of its own.
-void AddStrip(CAnalysisData& analysis, const std::vector<int>& nodeCounts,
-              const boost::shared_ptr<DAT_Material>& material);
-
-// The file read whole as little-endian values.
-std::vector<double> ReadF64(const std::string& path);
-std::vector<float> ReadF32(const std::string& path);
+// The file read whole as little-endian values (the test hosts are little-endian too).
+template <typename T>
+std::vector<T> ReadValues(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<T> values(bytes.size() / sizeof(T));
+    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
+    return values;
+}
