@@ -10,7 +10,7 @@
 #include "run/line_system_chain.hpp"
 #include "run/line_vectors.hpp"
 #include "run/soil_column.hpp"
-#include "run/structured_mesh.hpp"
+#include "structured_mesh.hpp"
 #include "support/project_fixture.hpp"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "run/analysis_data.hpp"
-#include "run/structured_mesh.hpp"
+#include "structured_mesh.hpp"
 
 // Gives the analysis a wave as the reader leaves it: P samples (a power of two), the lines up to
 // the cut-off, the transform and the spectrum.
