@@ -41,23 +41,22 @@ struct SideModel {
         acc[3] = 1.0;
         SetTestWave(analysis, acc, 0.05, 2.0);
         analysis.waveSpectrum[4] = Complex(0.03, 0.04);
-        for (int i = 0; i < analysis.frequencyCount; ++i) {
-            const std::string line = std::to_string(i);
-            project.Write(i == 0 ? "output_ff/RIGHTEmatrix.dat" : "output_ff/REMat" + line + ".dat",
-                          SideBlock(right, i, i == 0 ? 1.0 : 0.5));
-            project.Write(i == 0 ? "output_ff/LEFTEmatrix.dat" : "output_ff/LEMat" + line + ".dat",
-                          SideBlock(left, i, i == 0 ? 0.8 : 0.4));
-        }
-        for (size_t k = 0; k < right.size(); ++k) {
-            std::ostringstream r, l;
-            r << right[k] << '\n';
-            l << left[k] << '\n';
-            for (int i = 0; i <= analysis.frequencyCount; ++i) {
-                r << 0.01 * (k + 1) * i << ' ' << -0.002 * i << '\n';
-                l << 0.012 * (k + 1) * i << ' ' << 0.001 * i << '\n';
+        for (const char* side : {"RIGHT", "LEFT"}) {
+            const std::vector<int>& nodes = side[0] == 'R' ? right : left;
+            const double scale = side[0] == 'R' ? 1.0 : -0.8;
+            const std::string prefix = "output_ff/" + std::string(1, side[0]);
+            project.Write("output_ff/" + std::string(side) + "Ematrix.dat",
+                          SideBlock(nodes, 0, std::abs(scale)));
+            for (int i = 1; i < analysis.frequencyCount; ++i)
+                project.Write(prefix + "EMat" + std::to_string(i) + ".dat",
+                              SideBlock(nodes, i, std::abs(scale) / 2));
+            for (size_t k = 0; k < nodes.size(); ++k) {
+                std::ostringstream text;
+                text << nodes[k] << '\n';
+                for (int i = 0; i <= analysis.frequencyCount; ++i)
+                    text << 0.01 * (k + 1) * i << ' ' << 0.002 * scale * i << '\n';
+                project.Write(prefix + "FF_" + std::to_string(k) + ".dat", text.str());
             }
-            project.Write("output_ff/RFF_" + std::to_string(k) + ".dat", r.str());
-            project.Write("output_ff/LFF_" + std::to_string(k) + ".dat", l.str());
         }
         // Base (101) and side (201) dashpots in x and y along both sides.
         for (const std::vector<int>* side : {&left, &right})
@@ -139,10 +138,8 @@ struct SideModel {
     std::vector<Complex> Spectra() const {
         std::vector<Complex> all;
         for (const CNode& node : analysis.nodes)
-            for (int i = 0; i < analysis.frequencyCount; ++i) {
-                all.push_back(node.dispX[i]);
-                all.push_back(node.dispY[i]);
-            }
+            for (const ComplexVector* s : {&node.dispX, &node.dispY})
+                all.insert(all.end(), s->data.begin(), s->data.begin() + analysis.frequencyCount);
         return all;
     }
 };
@@ -176,11 +173,7 @@ TEST(FrequencyLoop, ResultsDoNotDependOnTheThreadCountAndEachLineIsReported) {
     ASSERT_EQ(a.size(), b.size());
     EXPECT_EQ(std::memcmp(a.data(), b.data(), a.size() * sizeof(Complex)), 0);
 
-    size_t reported = 0;
-    for (size_t at = err.find("\rCalculate "); at != std::string::npos;
-         at = err.find("\rCalculate ", at + 1))
-        ++reported;
-    EXPECT_EQ(reported, static_cast<size_t>(two.analysis.frequencyCount - 1));
+    EXPECT_EQ(Count(err, "\rCalculate "), static_cast<size_t>(two.analysis.frequencyCount - 1));
     EXPECT_EQ(err.find('\n'), std::string::npos);
     // Line 4 of 3.2 s: 1.25 Hz, 2 pi 1.25 rad/s, 3.2 |0.03 + 0.04i|.
     EXPECT_NE(err.find("\rCalculate 1.25 Hz : ωs = 7.85 FFTSpc 0.160"), std::string::npos);
