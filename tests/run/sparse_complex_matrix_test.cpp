@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <map>
-#include <tuple>
 #include <vector>
 
 #include "run/sparse_solver.hpp"
@@ -50,23 +49,17 @@ TEST(SparseComplexMatrix, ProductWithVectorSumsInAscendingColumnOrder) {
 }
 
 TEST(SparseComplexMatrix, SolveOfAnUnsymmetricSystemLeavesNoResidual) {
+    // Unsymmetric in values and in pattern; zeros are left out.
+    const Complex values[4][4] = {{{4, 1}, {1, -2}, 0, 0.5},
+                                  {{-1, 0.5}, 3, {0, 2}, 0},
+                                  {0, 0, {5, -1}, -2},
+                                  {{0, 3}, 0, 0, 6}};
     SparseComplexMatrix a(4);
-    for (const auto& [i, j, v] : {std::tuple{0, 0, Complex(4.0, 1.0)},
-                                  {0, 1, Complex(1.0, -2.0)},
-                                  {0, 3, 0.5},
-                                  {1, 0, Complex(-1.0, 0.5)},
-                                  {1, 1, 3.0},
-                                  {1, 2, Complex(0.0, 2.0)},
-                                  {2, 2, Complex(5.0, -1.0)},
-                                  {2, 3, -2.0},
-                                  {3, 0, Complex(0.0, 3.0)},
-                                  {3, 3, 6.0}})
-        a.add(i, j, v);
+    for (int i = 0; i < 4; ++i)
+        for (int j = 0; j < 4; ++j)
+            if (values[i][j] != 0.0) a.add(i, j, values[i][j]);
     ComplexVector b(4);
-    b[0] = 1.0;
-    b[1] = Complex(0.0, 1.0);
-    b[2] = Complex(-2.0, 0.5);
-    b[3] = Complex(0.25, -1.0);
+    b.data = {1.0, Complex(0.0, 1.0), Complex(-2.0, 0.5), Complex(0.25, -1.0)};
     ComplexVector x = b;
     ASSERT_EQ(a.solve(x.begin_ptr()), 0);
     const ComplexVector residual = a * x;
