@@ -110,7 +110,8 @@ TEST(EquivalentLinearIteration, ErrorEqualToleranceIsNotConvergence) {
     EXPECT_NE(out.find("\n等価線形化計算 3 回目"), std::string::npos);
 }
 
-// Without iterations nothing is solved, but the spectra are sized up to the Nyquist line.
+// Without iterations nothing is solved, but the spectra are sized up to the Nyquist line. An
+// elastic model is solved once, with a progress line per line on standard error.
 TEST(EquivalentLinearIteration, ElasticModelSolvesOnceAndNoIterationSolvesNothing) {
     SoilColumn column(4, 10);
     column.SetWave(SineBurst(), 0.01, 5.0);
@@ -122,9 +123,13 @@ TEST(EquivalentLinearIteration, ElasticModelSolvesOnceAndNoIterationSolvesNothin
         for (size_t i = 0; i < node.dispX.size(); ++i) EXPECT_EQ(node.dispX[i], Complex(0.0, 0.0));
     }
     column.analysis.iterationLimit = 5;
+    column.analysis.waveSpectrum[4] = Complex(0.03, 0.04);
     const auto [out, err] = column.Solve(true);
     EXPECT_EQ(out, "\n等価線形化計算 1 回目");
     EXPECT_EQ(Count(err, "\rCalculate "), static_cast<size_t>(column.analysis.frequencyCount - 1));
+    EXPECT_EQ(err.find('\n'), std::string::npos);
+    // Line 4 of 10.24 s: 0.39 Hz, 2.45 rad/s, 10.24 |0.03 + 0.04i|.
+    EXPECT_NE(err.find("\rCalculate 0.39 Hz : ωs = 2.45 FFTSpc 0.512"), std::string::npos);
 }
 
 }  // namespace
