@@ -29,7 +29,7 @@
 #include "run/frequency_loop.hpp"
 #include "run/line_system_chain.hpp"
 #include "run/line_vectors.hpp"
-#include "run/structured_mesh.hpp"
+#include "structured_mesh.hpp"
 
 namespace {
 

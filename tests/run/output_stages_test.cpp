@@ -10,36 +10,29 @@
 
 namespace {
 
-// Stress records at rest: all zero, the mean stress (zero times a negative factor) as -0.
-std::vector<float> RestingStress(size_t records) {
-    std::vector<float> values(records * 6);
-    for (size_t r = 0; r < records; ++r) values[r * 6 + 4] = -0.0f;
-    return values;
-}
-
-// The work files of a model at rest, as the syntheses leave them for all-zero spectra, in the
-// sizes of their layouts: the numbered sets of the groups or, without groups, the single set.
+// The work files of a model at rest, as the syntheses leave them for all-zero spectra: the
+// numbered sets of the groups or, without groups, the single set of one step. Stress records hold
+// the mean stress (zero times a negative factor) as -0.
 void WriteRestingWorkFiles(const CAnalysisData& model, const std::vector<uint32_t>& groupSizes) {
+    using namespace work_files;
     const size_t nodes = model.nodes.size(), steps = model.SampleCount();
-    for (const std::string& name : {work_files::kDisp, work_files::kAcc})
+    for (const std::string& name : {kDisp, kAcc})
         WriteWords(name, std::vector<double>(nodes * steps * 2));
-    for (const std::string& name : {work_files::kMaxDisp, work_files::kMaxAcc})
+    for (const std::string& name : {kMaxDisp, kMaxAcc})
         WriteWords(name, std::vector<double>(nodes * 2));
-    for (size_t k = 0; k < groupSizes.size(); ++k) {
-        const size_t records = groupSizes[k] * 4;
-        WriteWords(work_files::Stress(k), RestingStress(records * steps));
-        WriteWords(work_files::Strain(k), std::vector<float>(records * steps * 6));
-        WriteWords(work_files::MaxStress(k), std::vector<float>(records * 6));
-        WriteWords(work_files::MaxStrain(k), std::vector<float>(records * 6));
-        WriteWords(work_files::ElementStress(k), std::vector<float>(groupSizes[k] * steps * 3));
+    const bool grouped = !groupSizes.empty();
+    for (int k = 0; k < std::max(static_cast<int>(groupSizes.size()), 1); ++k) {
+        const size_t elements = grouped ? groupSizes[k] : model.elements.size();
+        const size_t records = elements * 4 * (grouped ? steps : 1);
+        std::vector<float> stress(records * 6);
+        for (size_t r = 0; r < records; ++r) stress[r * 6 + 4] = -0.0f;
+        WriteWords(grouped ? Stress(k) : kStress, stress);
+        WriteWords(grouped ? Strain(k) : kStrain, std::vector<float>(records * 6));
+        WriteWords(grouped ? MaxStress(k) : kMaxStress, std::vector<float>(elements * 24));
+        WriteWords(grouped ? MaxStrain(k) : kMaxStrain, std::vector<float>(elements * 24));
+        WriteWords(grouped ? ElementStress(k) : kElementStress,
+                   std::vector<float>(elements * steps * 3));
     }
-    if (!groupSizes.empty()) return;
-    const size_t records = model.elements.size() * 4;
-    WriteWords(work_files::kStress, RestingStress(records));
-    WriteWords(work_files::kStrain, std::vector<float>(records * 6));
-    WriteWords(work_files::kMaxStress, std::vector<float>(records * 6));
-    WriteWords(work_files::kMaxStrain, std::vector<float>(records * 6));
-    WriteWords(work_files::kElementStress, std::vector<float>(model.elements.size() * steps * 3));
 }
 
 class OutputStages : public ::testing::Test {

@@ -1,16 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "run/run_control.hpp"
 #include "support/project_fixture.hpp"
 
 namespace {
-
-CRunControl FlagsFrom(const ProjectFolder& project, const std::string& text) {
-    project.Write("Flag_VARNEK.inp", text);
-    CRunControl run("input_VARNEK.inp", "");
-    run.ReadFlags(project.Path("Flag_VARNEK.inp"));
-    return run;
-}
 
 TEST(RunFiles, EmptyWorkingDirectoryFailsOnFileListAndLeavesOnlyStartMarker) {
     ProjectFolder project;
@@ -22,54 +17,39 @@ TEST(RunFiles, EmptyWorkingDirectoryFailsOnFileListAndLeavesOnlyStartMarker) {
     EXPECT_FALSE(project.Exists("a_end.dat"));
 }
 
-TEST(RunFiles, ConfigLineIsPrintedAndGluedWithoutSeparator) {
+TEST(RunFiles, ConfigLineIsPrintedAndGluedWithoutSeparatorAndMarkersStayInWorkingDirectory) {
     ProjectFolder project;
-    project.Write("config_VARNEK.txt", "proj\r\nignored second line\n");
+    project.Write("config_VARNEK.txt", "sub/\r\nignored second line\n");
+    project.Write("sub/placeholder", "");
     const ProgramRun run = project.Run();
     EXPECT_EQ(run.status, 0);
-    // The folder prefix runs together with the file name: no separator is put in.
-    EXPECT_EQ(run.out, "proj\nFilelist:Reading error\nprojinput_VARNEK.inp\nproj\n");
-}
-
-TEST(RunFiles, MarkersGoToWorkingDirectoryEvenWithProjectElsewhere) {
-    ProjectFolder project;
-    project.Write("config_VARNEK.txt", "sub/\n");
-    project.Write("sub/placeholder", "");
-    project.Run();
+    EXPECT_EQ(run.out, "sub/\nFilelist:Reading error\nsub/input_VARNEK.inp\nsub/\n");
     EXPECT_TRUE(project.Exists("a_start.dat"));
     EXPECT_FALSE(project.Exists("sub/a_start.dat"));
+
+    project.Write("config_VARNEK.txt", "proj\n");
+    EXPECT_EQ(project.Run().out, "proj\nFilelist:Reading error\nprojinput_VARNEK.inp\nproj\n");
 }
 
-TEST(RunFiles, FlagFileDateThresholdDecidesTheFourthField) {
+// The fourth field is the single-step flag from 20150123 on; a flag is the token 0 or 1, and the
+// fields behind a failed one are not read. Without the file the run is a single pass.
+TEST(RunFiles, FlagFileDateThresholdAndTokens) {
     ProjectFolder project;
-    CRunControl older = FlagsFrom(project, "20150122 500 1 1\n");
-    EXPECT_EQ(older.formatDate, 20150122u);
-    EXPECT_TRUE(older.equivalentLinear);
-    EXPECT_FALSE(older.singleStepOutput);
-
-    CRunControl newer = FlagsFrom(project, "20150123 500 0 1\n");
-    EXPECT_FALSE(newer.equivalentLinear);
-    EXPECT_TRUE(newer.singleStepOutput);
-}
-
-TEST(RunFiles, FlagAcceptsOnlyTheTokensZeroAndOne) {
-    ProjectFolder project;
-    CRunControl word = FlagsFrom(project, "20200101 500 true 1\n");
-    EXPECT_FALSE(word.equivalentLinear);
-    EXPECT_FALSE(word.singleStepOutput);  // fields behind a failed flag are not read
-
-    CRunControl two = FlagsFrom(project, "20200101 500 2 1\n");
-    EXPECT_FALSE(two.equivalentLinear);
-    EXPECT_FALSE(two.singleStepOutput);
-}
-
-TEST(RunFiles, MissingFlagFileLeavesASinglePassRun) {
-    ProjectFolder project;
-    CRunControl run("input_VARNEK.inp", "");
-    run.ReadFlags(project.Path("absent.inp"));
-    EXPECT_EQ(run.formatDate, 0u);
-    EXPECT_EQ(run.outputLimit, 500u);
-    EXPECT_FALSE(run.equivalentLinear);
+    for (const auto& [text, date, equivalentLinear, singleStep] :
+         {std::tuple{"20150122 500 1 1\n", 20150122u, true, false},
+          {"20150123 500 0 1\n", 20150123u, false, true},
+          {"20200101 500 true 1\n", 20200101u, false, false},
+          {"20200101 500 2 1\n", 20200101u, false, false},
+          {nullptr, 0u, false, false}}) {
+        if (text != nullptr) project.Write("Flag_VARNEK.inp", text);
+        CRunControl run("input_VARNEK.inp", "");
+        run.ReadFlags(project.Path(text != nullptr ? "Flag_VARNEK.inp" : "absent.inp"));
+        const std::string label = text != nullptr ? text : "no file";
+        EXPECT_EQ(run.formatDate, date) << label;
+        EXPECT_EQ(run.outputLimit, 500u) << label;
+        EXPECT_EQ(run.equivalentLinear, equivalentLinear) << label;
+        EXPECT_EQ(run.singleStepOutput, singleStep) << label;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "run/structured_mesh.hpp"
+#include "structured_mesh.hpp"
 
 #include <boost/make_shared.hpp>
 #include <cmath>
