@@ -21,6 +21,14 @@ class ScratchWorkingDirectory : public ProjectFolder {
   public:
     ScratchWorkingDirectory() { std::filesystem::current_path(Root()); }
     ~ScratchWorkingDirectory() { std::filesystem::current_path(previous_); }
+    // What writer(file) leaves in the file `path`.
+    template <typename Writer>
+    std::string Written(const std::string& path, Writer writer) const {
+        std::FILE* file = std::fopen(path.c_str(), "w");
+        writer(file);
+        std::fclose(file);
+        return Read(path);
+    }
 
   private:
     std::filesystem::path previous_ = std::filesystem::current_path();
@@ -97,15 +105,6 @@ inline std::string StressLine(int element, double code, double ratio = 0.8) {
 inline const std::string kClosingBlocks =
     "---- total head ----\n0\n---- fext ----\n0\n---- deviatric strain ----\n0\n"
     "---- pvsn & eq_epn ----\n0\n";
-
-// What writer(file) leaves in the file `path`.
-template <typename Writer>
-std::string Written(const ProjectFolder& folder, const std::string& path, Writer writer) {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    writer(file);
-    std::fclose(file);
-    return folder.Read(path);
-}
 
 // The lines after the line `banner` up to the next one that starts with "----".
 inline std::vector<std::string> BlockLines(const std::string& text, const std::string& banner) {

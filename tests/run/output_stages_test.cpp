@@ -40,8 +40,8 @@ TEST(OutputStages, BothPathsWriteCompleteStepFilesAndTextsAndRemoveTheWorkFiles)
         const std::string console = ::testing::internal::GetCapturedStdout();
         EXPECT_THAT(console, ::testing::StartsWith(path.start));
         EXPECT_THAT(console, HasSubstr(path.middle));
-        EXPECT_THAT(console,
-                    ::testing::EndsWith("\t4要素\r要素応力データファイル出力終了\t\t\t\t\t\n"));
+        EXPECT_THAT(console, ::testing::EndsWith("\r要素応力データファイル出力中\t4要素"
+                                                 "\r要素応力データファイル出力終了\t\t\t\t\t\n"));
         const size_t lines = CountLines(directory.Read("output/output_max.inp"));
         for (int step : {0, path.stepFiles - 1}) {
             const std::string text = directory.Read(Printf("output/output%d.inp", step));
