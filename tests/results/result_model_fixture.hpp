@@ -29,6 +29,14 @@ class ScratchWorkingDirectory : public ProjectFolder {
         std::fclose(file);
         return Read(path);
     }
+    // Runs body in a forked child that must end with `status`; what the child wrote to stdout.
+    template <typename Body>
+    std::string ConsoleOfExit(int status, Body body) const {
+        GTEST_FLAG_SET(death_test_style, "fast");  // the child works in this folder too
+        EXPECT_EXIT((std::freopen("console.txt", "w", stdout), body()),
+                    ::testing::ExitedWithCode(status), "");
+        return Read("console.txt");
+    }
 
   private:
     std::filesystem::path previous_ = std::filesystem::current_path();
