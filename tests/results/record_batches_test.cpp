@@ -1,9 +1,5 @@
 #include "results/record_batches.hpp"
 
-#include <gtest/gtest.h>
-
-#include <map>
-
 #include "response/work_files.hpp"
 #include "results/result_model_fixture.hpp"
 #include "results/step_records.hpp"
@@ -12,75 +8,74 @@ namespace {
 
 class RecordBatches : public ::testing::Test {
   protected:
-    // One group file of each kind per element, all steps.
+    // Group file k holds element k alone, all steps; the step files exist.
     void WriteGroupFiles(int groups, int steps) {
         for (int k = 0; k < groups; ++k) {
-            const std::vector<float> records = Records(1, 4, steps, DistinctCode);
-            WriteWords(work_files::Stress(k), records);
-            WriteWords(work_files::Strain(k), records);
+            WriteWords(work_files::Stress(k), Records(k, 1, steps));
+            WriteWords(work_files::Strain(k), Records(k, 1, steps));
         }
+        for (int s = 0; s < steps; ++s) std::fclose(std::fopen(StepFileName("", s).c_str(), "w"));
+    }
+    void Pass(RecordKind kind, int steps, const std::vector<int>& batchFileCounts) {
+        AppendRecordPass(kind, model, "", steps, std::vector<uint32_t>(model.elements.size(), 1),
+                         batchFileCounts);
     }
 
     ScratchWorkingDirectory directory;
+    CAnalysisData model = SmallModel(2, 12);
 };
 
 TEST_F(RecordBatches, BatchEndsWithTheFileThatTakesItAboveTheLimit) {
     for (int k = 0; k < 4; ++k)
-        directory.Folder().Write(work_files::Stress(k), std::string(k == 3 ? 50 : 100, 'x'));
+        directory.Write(work_files::Stress(k), std::string(k == 3 ? 50 : 100, 'x'));
     EXPECT_EQ(BatchFileCounts(4, 150), (std::vector<int>{2, 2}));
     EXPECT_EQ(BatchFileCounts(4, 250), (std::vector<int>{3, 1}));
     EXPECT_EQ(BatchFileCounts(4, 99), (std::vector<int>{1, 1, 1, 1}));
     EXPECT_EQ(BatchFileCounts(4, 1000), (std::vector<int>{4}));
 }
 
-TEST_F(RecordBatches, UnmeasurableGroupFileEndsTheRun) {
-    GTEST_FLAG_SET(death_test_style, "fast");  // the child works in this scratch folder
-    WriteGroupFiles(2, 1);
-    EXPECT_EXIT(BatchFileCounts(3, 1000), ::testing::ExitedWithCode(1),
-                "^Error : work_stress2.datを開くことできませんでした。\n$");
+TEST_F(RecordBatches, MissingGroupFileEndsTheRunWithItsName) {
+    WriteGroupFiles(1, 1);
+    EXPECT_EQ(directory.ConsoleOfExit(1, [&] { Pass(RecordKind::kStress, 1, {2}); }),
+              "Error: cannot open file(work_stress1.dat)\n");
+    EXPECT_EXIT(BatchFileCounts(2, 1000), ::testing::ExitedWithCode(1),
+                "^Error : work_stress1.datを開くことできませんでした。\n$");
 }
 
-TEST_F(RecordBatches, PassesWriteEveryStepWithProgressOnEveryTenthStep) {
-    const CAnalysisData model = SmallModel(2, 12);
+TEST_F(RecordBatches, BatchesShareOneBannerNumberOnAndCloseOnceWithProgressEveryTenthStep) {
     WriteGroupFiles(2, 12);
-    for (int s = 0; s < 12; ++s) std::fclose(std::fopen(StepFileName("", s).c_str(), "w"));
     ::testing::internal::CaptureStdout();
-    AppendRecordPass(RecordKind::kStress, model, "", 12, {1, 1}, {1, 1});
-    AppendRecordPass(RecordKind::kStrain, model, "", 12, {1, 1}, {1, 1});
+    Pass(RecordKind::kStress, 12, {1, 1});
+    Pass(RecordKind::kStrain, 12, {1, 1});
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "\r時刻歴ファイル出力中(Stress 1/2) 0step\r時刻歴ファイル出力中(Stress 1/2) 10step"
               "\r時刻歴ファイル出力中(Stress 2/2) 0step\r時刻歴ファイル出力中(Stress 2/2) 10step"
               "\r時刻歴ファイル出力中(Strain 1/2) 0step\r時刻歴ファイル出力中(Strain 1/2) 10step"
               "\r時刻歴ファイル出力中(Strain 2/2) 0step\r時刻歴ファイル出力中(Strain 2/2) 10step");
     const std::string last = directory.Read("output11.inp");
-    EXPECT_EQ(LinesPerElement(BlockLines(last, "---- stress ----")),
-              (std::map<int, int>{{1, 4}, {2, 4}}));
-    EXPECT_EQ(LinesPerElement(BlockLines(last, "---- strain ----")),
-              (std::map<int, int>{{1, 4}, {2, 4}}));
-    EXPECT_NE(last.find("---- pvsn & eq_epn ----\n0\n"), std::string::npos);
+    for (const std::string banner : {"---- stress ----", "---- strain ----"}) {
+        EXPECT_EQ(last.find(banner), last.rfind(banner));
+        EXPECT_EQ(LinesPerElement(last, banner), (std::map<int, int>{{1, 4}, {2, 4}}));
+    }
+    EXPECT_EQ(BlockLines(last, "---- stress ----")[5], StressLine(2, 1210));  // point 1
+    EXPECT_TRUE(last.ends_with(kClosingBlocks));
 }
 
-TEST_F(RecordBatches, LaterBatchesAreNumberedByTheFileCountOfTheBatchBefore) {
-    // Batches of 1, 2 and 1 files: the third starts at 2 x 2 x 1 = 4, one past its true first
-    // element 3, as the result files have always been numbered.
-    const CAnalysisData model = SmallModel(4, 1);
+TEST_F(RecordBatches, LinesAreCountedAndNumberedByTheirOwnOldRules) {
+    // Stress lines follow the point count of the running index within the batch, strain lines
+    // that of the index within the group, both counted from the model's first element. Batches
+    // of 1, 2 and 1 files: the third is numbered from 2 x 2 x 1 + 1 = 5, one past its element.
+    model = SmallModel(4, 1);
+    const std::vector<int> points = {4, 9, 4, 4};
+    for (size_t e = 0; e < points.size(); ++e) model.elements[e].gaussCount = points[e];
     WriteGroupFiles(4, 1);
-    AppendRecordPass(RecordKind::kStrain, model, "", 1, {1, 1, 1, 1}, {1, 2, 1});
-    EXPECT_EQ(LinesPerElement(BlockLines(directory.Read("output0.inp"), "---- strain ----")),
+    Pass(RecordKind::kStress, 1, {1, 2, 1});
+    Pass(RecordKind::kStrain, 1, {1, 2, 1});
+    const std::string text = directory.Read("output0.inp");
+    EXPECT_EQ(LinesPerElement(text, "---- stress ----"),
+              (std::map<int, int>{{1, 4}, {2, 4}, {3, 9}, {5, 4}}));
+    EXPECT_EQ(LinesPerElement(text, "---- strain ----"),
               (std::map<int, int>{{1, 4}, {2, 4}, {3, 4}, {5, 4}}));
-}
-
-TEST_F(RecordBatches, UnreadableGroupFileEndsTheRunWithItsName) {
-    GTEST_FLAG_SET(death_test_style, "fast");  // the child works in this scratch folder
-    const CAnalysisData model = SmallModel(2, 1);
-    WriteGroupFiles(1, 1);
-    EXPECT_EXIT(
-        {
-            std::freopen("console.txt", "w", stdout);
-            AppendRecordPass(RecordKind::kStress, model, "", 1, {1, 1}, {2});
-        },
-        ::testing::ExitedWithCode(1), "");
-    EXPECT_EQ(directory.Read("console.txt"), "Error: cannot open file(work_stress1.dat)\n");
 }
 
 }  // namespace

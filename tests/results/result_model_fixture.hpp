@@ -1,54 +1,101 @@
-// Test support for the result writers: a small soil model in memory and work files written
-// straight into a scratch working directory.
+// Test support for the result writers: a small soil model in memory, work files written into a
+// scratch working directory, and pieces of the texts to compare.
 #pragma once
 
+#include <gmock/gmock.h>
+
+#include <boost/make_shared.hpp>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
-#include <string>
-#include <vector>
+#include <sstream>
 
+#include "element/gauss_rule.hpp"
+#include "element/shape_function.hpp"
 #include "run/analysis_data.hpp"
 #include "support/project_fixture.hpp"
 
-// Moves the process into a scratch folder for the test's life: the work files lie in the
-// working directory.
-class ScratchWorkingDirectory {
+// A scratch folder that is the working directory for its life (the work files lie there).
+class ScratchWorkingDirectory : public ProjectFolder {
   public:
-    ScratchWorkingDirectory();
-    ~ScratchWorkingDirectory();
-    const ProjectFolder& Folder() const { return folder_; }
-    std::string Read(const std::string& relative) const { return folder_.Read(relative); }
-    bool Exists(const std::string& relative) const { return folder_.Exists(relative); }
+    ScratchWorkingDirectory() { std::filesystem::current_path(Root()); }
+    ~ScratchWorkingDirectory() { std::filesystem::current_path(previous_); }
+    // What writer(file) leaves in the file `path`.
+    template <typename Writer>
+    std::string Written(const std::string& path, Writer writer) const {
+        std::FILE* file = std::fopen(path.c_str(), "w");
+        writer(file);
+        std::fclose(file);
+        return Read(path);
+    }
+    // Runs body in a forked child that must end with `status`; what the child wrote to stdout.
+    template <typename Body>
+    std::string ConsoleOfExit(int status, Body body) const {
+        GTEST_FLAG_SET(death_test_style, "fast");  // the child works in this folder too
+        EXPECT_EXIT((std::freopen("console.txt", "w", stdout), body()),
+                    ::testing::ExitedWithCode(status), "");
+        return Read("console.txt");
+    }
 
   private:
-    ProjectFolder folder_;
-    std::filesystem::path previous_;
+    std::filesystem::path previous_ = std::filesystem::current_path();
 };
 
-// A row of `columns` 4-node elements, one layer of 1 m, nodes on two rows (bottom row first),
-// one elastic material whose G/G0 is 0.8, a wave of `steps` samples at 0.01 s. Spectra and the
-// wave spectrum are all zero, so the syntheses would give zero motion and zero stress.
-CAnalysisData SmallModel(int columns, int steps);
+// A row of `columns` 4-node elements, 1 m high (bottom node row first), one elastic material of
+// G/G0 = 0.8, a wave of `steps` samples at 0.01 s; all spectra zero.
+inline CAnalysisData SmallModel(int columns, int steps) {
+    CAnalysisData model;
+    int padded = 1;
+    while (padded < steps) padded *= 2;
+    for (int row = 0; row < 2; ++row)
+        for (int i = 0; i <= columns; ++i) {
+            model.nodes.emplace_back(1.0 * i, row - 1.0, 0.0);
+            model.nodes.back().dispX = model.nodes.back().dispY = ComplexVector(padded);
+        }
+    auto material = boost::make_shared<DAT_Elastic>();
+    material->G0 = 50.0;
+    material->G = 40.0;
+    model.materials.push_back(material);
+    for (int e = 0; e < columns; ++e) {
+        CElement& element = model.elements.emplace_back();
+        element.nodes = {e, e + 1, columns + 2 + e, columns + 1 + e};
+        element.gaussRule = boost::make_shared<DefaultGauss>(2, 4);
+        element.gaussPoints = element.gaussRule->points;
+        element.gaussCount = static_cast<int>(element.gaussPoints.size());
+        element.ruleCount = element.gaussRule->count;
+        element.shapeFunction = boost::make_shared<IsoParametricQuadSquare>();
+        element.material = material;
+    }
+    CSeismicWave& wave = model.seismicWaves.emplace_back();
+    wave.timeStep = model.timeStep = 0.01;
+    wave.sampleCount = steps;
+    wave.acc.assign(padded, 0.0);
+    model.frequencyCount = padded / 2;
+    model.waveSpectrum = ComplexVector(padded);
+    model.transformHandle = std::make_unique<FourierTransform>(padded);
+    model.tolerance = 0.05;
+    model.iterationLimit = 10;
+    return model;
+}
 
-// Writes values to a binary file as they lie in memory.
 template <typename T>
 void WriteWords(const std::string& path, const std::vector<T>& values) {
     std::ofstream(path, std::ios::binary)
         .write(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T));
 }
 
-// Stress or strain records of `elements` elements of `points` points and `steps` steps, in the
-// order the syntheses write them; value i of a record is code(element, point, step, i).
-using RecordCode = std::function<float(int element, int point, int step, int i)>;
-std::vector<float> Records(int elements, int points, int steps, const RecordCode& code);
+// Six-value records of elements first .. first + count - 1 in work-file order, each value
+// telling its place apart: 1000 element + 100 point + 10 step + i.
+inline std::vector<float> Records(int first, int count, int steps, int points = 4) {
+    std::vector<float> values;
+    for (int e = first; e < first + count; ++e)
+        for (int g = 0; g < points; ++g)
+            for (int t = 0; t < steps; ++t)
+                for (int i = 0; i < 6; ++i) values.push_back(1000 * e + 100 * g + 10 * t + i);
+    return values;
+}
 
-// A code that tells every value apart: 1000 e + 100 g + 10 t + i.
-float DistinctCode(int element, int point, int step, int i);
-
-// A C format applied to values, the reference the writers must match.
 template <typename... Args>
 std::string Printf(const char* format, Args... args) {
     char text[512];
@@ -56,14 +103,32 @@ std::string Printf(const char* format, Args... args) {
     return text;
 }
 
-// What writer(file) writes to a scratch file.
-std::string TextWrittenBy(const std::function<void(std::FILE*)>& writer);
+// The stress line of an element from the record values code + 0 .. code + 5 (to tf/m2).
+inline std::string StressLine(int element, double code, double ratio = 0.8) {
+    const double k = 1000.0 / 9.80665;
+    return Printf("%d %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf", element, code * k, (code + 1) * k,
+                  (code + 2) * k, (code + 3) * k, (code + 4) * k, (code + 5) * k, ratio);
+}
 
-// The line of a text that begins with `prefix` at a line start, without its line end; empty
-// when none does.
-std::string LineStartingWith(const std::string& text, const std::string& prefix);
-// The lines after the line `banner` up to the next line that starts with "----".
-std::vector<std::string> BlockLines(const std::string& text, const std::string& banner);
+inline const std::string kClosingBlocks =
+    "---- total head ----\n0\n---- fext ----\n0\n---- deviatric strain ----\n0\n"
+    "---- pvsn & eq_epn ----\n0\n";
 
-// Element number (the first number of a line) -> how many of the lines carry it.
-std::map<int, int> LinesPerElement(const std::vector<std::string>& lines);
+// The lines after the line `banner` up to the next one that starts with "----".
+inline std::vector<std::string> BlockLines(const std::string& text, const std::string& banner) {
+    std::istringstream in(text);
+    std::vector<std::string> lines;
+    bool inside = false;
+    for (std::string line; std::getline(in, line) && !(inside && line.starts_with("----"));) {
+        if (inside) lines.push_back(line);
+        inside = inside || line == banner;
+    }
+    return lines;
+}
+
+// Element number (first number of a line) -> how many lines of the block carry it.
+inline std::map<int, int> LinesPerElement(const std::string& text, const std::string& banner) {
+    std::map<int, int> counts;
+    for (const std::string& line : BlockLines(text, banner)) ++counts[std::stoi(line)];
+    return counts;
+}

@@ -1,24 +1,14 @@
 #include "results/step_model.hpp"
 
-#include <gtest/gtest.h>
-
-#include <boost/make_shared.hpp>
-
 #include "response/work_files.hpp"
 #include "results/model_head.hpp"
 #include "results/result_model_fixture.hpp"
 
 namespace {
 
-std::string HeadBlocks(const CAnalysisData& model, int64_t firstValue) {
-    TextBuffer out;
-    ModelFileHead(model).AppendBlocks(out, firstValue);
-    return std::string(out.View());
-}
+using ::testing::HasSubstr;
 
-const std::string kNonBlock = "Non0.0000000\n0.0000000\n0.0000000\n0.0000000\n";
-
-TEST(ModelFileHead, MixedMeshWritesFixedBlocksAndOneLayoutPerNodeCount) {
+TEST(ModelFileHead, WritesFixedBlocksFourSpareMaterialsAndOneLayoutPerNodeCount) {
     CAnalysisData model = SmallModel(1, 5);
     model.nodes.resize(8);
     model.materials.push_back(boost::make_shared<DAT_Elastic>());
@@ -26,29 +16,25 @@ TEST(ModelFileHead, MixedMeshWritesFixedBlocksAndOneLayoutPerNodeCount) {
         {0, 1, 2, 3}, {0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4, 5, 6, 7}, {0, 1, 2}};
     model.elements.resize(layouts.size(), model.elements[0]);
     for (size_t e = 0; e < layouts.size(); ++e) model.elements[e].nodes = layouts[e];
-
-    std::string nonLines;
-    for (int i = 0; i < 4; ++i) nonLines += kNonBlock;
+    auto head = [&](int64_t firstValue) {
+        TextBuffer out;
+        ModelFileHead(model).AppendBlocks(out, firstValue);
+        return std::string(out.View());
+    };
+    const std::string non = "Non0.0000000\n0.0000000\n0.0000000\n0.0000000\n";
     const std::string elastic = "Elastic\n1.0000000\n0.0\n0.0\n0.0\n";
-    EXPECT_EQ(HeadBlocks(model, 7),
-              " a--- ne np npar ----\n004\n4 8 1\n"
-              "---- nstep0 nstep ite_limit tol ----\n7 5 10 5.000000e-02\n"
-              "---- material constant ----\n6\n1 2\n2 2\n3 2\n4 2\n5 2\n6 2\n" +
-                  elastic + elastic + nonLines +
+    EXPECT_EQ(head(7),
+              " a--- ne np npar ----\n004\n4 8 1\n---- nstep0 nstep ite_limit tol ----\n"
+              "7 5 10 5.000000e-02\n---- material constant ----\n6\n1 2\n2 2\n3 2\n4 2\n"
+              "5 2\n6 2\n" +
+                  elastic + elastic + non + non + non + non +
                   "---- couple analysis data ----\n0.37e-07\n1.0000\n"
-                  "---- ie jelm ll ----\n"
-                  "1 4 1 1 1 2 3 4 0 0 0 0 1.00000\n"
-                  "2 6 1 1 1 2 3 4 5 6 0 0 1.00000\n"
-                  "3 8 1 1 1 2 3 4 5 6 7 8 1.00000\n"
+                  "---- ie jelm ll ----\n1 4 1 1 1 2 3 4 0 0 0 0 1.00000\n"
+                  "2 6 1 1 1 2 3 4 5 6 0 0 1.00000\n3 8 1 1 1 2 3 4 5 6 7 8 1.00000\n"
                   "---- node   x   y ----\n");
-}
-
-TEST(ModelFileHead, ModelWithoutMaterialsStillWritesFourSpareOnes) {
-    CAnalysisData model = SmallModel(1, 5);
     model.materials.clear();
-    const std::string text = HeadBlocks(model, 0);
-    EXPECT_NE(text.find("---- material constant ----\n4\n1 2\n2 2\n3 2\n4 2\n" + kNonBlock),
-              std::string::npos);
+    EXPECT_THAT(head(0), HasSubstr("---- material constant ----\n4\n1 2\n2 2\n3 2\n4 2\n" + non +
+                                   non + non + non + "----"));
 }
 
 TEST(StepModel, NodeLinesCarryTheStepsMotionWithAccelerationInGal) {
@@ -62,86 +48,42 @@ TEST(StepModel, NodeLinesCarryTheStepsMotionWithAccelerationInGal) {
         }
     WriteWords(work_files::kDisp, disp);
     WriteWords(work_files::kAcc, acc);
-
     const std::string text =
-        TextWrittenBy([&](std::FILE* file) { WriteStepModelHead(model, 2, file); });
-    EXPECT_NE(text.find("\n2 3 10 5.000000e-02\n"), std::string::npos);
+        directory.Written("out.inp", [&](std::FILE* file) { WriteStepModelHead(model, 2, file); });
+    EXPECT_THAT(text, HasSubstr("\n2 3 10 5.000000e-02\n"));
     // Node 5 (the second of the top row) at step 2, with the blank before the line end.
-    EXPECT_EQ(LineStartingWith(text, "5 1.0000 ") + "\n",
-              Printf("%d %.4f %.4f %.4f %.4f %.4f %.4f %.4f %.4f \n", 5, 1.0, 0.0,
-                     0.001 * 4 + 0.0002, -0.004, 0.0, 0.0, (0.5 * 4 + 2) * 100.0, -0.5 * 100.0));
-    EXPECT_EQ(text.substr(text.size() - 2), " \n");
+    EXPECT_THAT(text, HasSubstr(Printf("\n%d %.4f %.4f %.4f %.4f %.4f %.4f %.4f %.4f \n", 5, 1.0,
+                                       0.0, 0.001 * 4 + 0.0002, -0.004, 0.0, 0.0,
+                                       (0.5 * 4 + 2) * 100.0, -0.5 * 100.0)));
+    EXPECT_TRUE(text.ends_with(" \n"));
 }
 
-TEST(StepModel, FullStepFileConvertsRecordsAndCloses) {
-    ScratchWorkingDirectory directory;
-    const CAnalysisData model = SmallModel(2, 3);
-    WriteWords(work_files::kStress, Records(2, 4, 1, DistinctCode));
-    WriteWords(work_files::kStrain, Records(2, 4, 1, [](int e, int g, int, int i) {
-                   return 1e-4f * static_cast<float>(10 * e + g) + 1e-6f * static_cast<float>(i);
-               }));
-
-    const std::string text =
-        TextWrittenBy([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
-    const std::vector<std::string> stress = BlockLines(text, "---- stress ----");
-    ASSERT_EQ(stress.size(), 8u);
-    auto tf = [](int e, int g, int i) {
-        return double{DistinctCode(e, g, 0, i)} / 9.80665 * 1000.0;
-    };
-    EXPECT_EQ(stress[6] + "\n",
-              Printf("%d %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf\n", 2, tf(1, 2, 0), tf(1, 2, 1),
-                     tf(1, 2, 2), tf(1, 2, 3), tf(1, 2, 4), tf(1, 2, 5), 0.8));
-    const std::vector<std::string> strain = BlockLines(text, "---- strain ----");
-    ASSERT_EQ(strain.size(), 8u);
-    const float x = 1e-4f * 13.0f;
-    EXPECT_EQ(strain[7] + "\n",
-              Printf("%d %.8lf %.8lf %.8lf %.8lf %.8lf %.8lf\n", 2, double{x}, double{x + 1e-6f},
-                     double{x + 2e-6f}, double{x + 3e-6f}, double{x + 4e-6f}, double{x + 5e-6f}));
-    EXPECT_NE(text.find("---- strain ----"), std::string::npos);
-    const std::string closing =
-        "---- total head ----\n0\n---- fext ----\n0\n---- deviatric strain ----\n0\n"
-        "---- pvsn & eq_epn ----\n0\n";
-    EXPECT_EQ(text.substr(text.size() - closing.size()), closing);
-}
-
-TEST(StepModel, NinePointElementsAreReadAtFourPointPositionsAndZeroBeyondTheData) {
+TEST(StepModel, RecordsAreReadAtFourPointPositionsWithTheOwnMaterialsRatioAndZeroBeyond) {
     ScratchWorkingDirectory directory;
     CAnalysisData model = SmallModel(2, 1);
-    for (CElement& element : model.elements) element.gaussCount = 9;
-    // Element 0's nine records and only one of element 1.
-    WriteWords(work_files::kStress, Records(2, 9, 1, DistinctCode));
-    std::vector<float> strain = Records(2, 9, 1, DistinctCode);
-    strain.resize(10 * 6);
+    model.elements[0].gaussCount = 9;
+    model.elements[1].material = boost::shared_ptr<DAT_Material>(model.materials[0]->Clone());
+    model.elements[1].material->G = 10.0;
+    WriteWords(work_files::kStress, Records(0, 2, 1, 9));
+    std::vector<float> strain = Records(0, 2, 1, 9);
+    strain.resize(6 * 6);
+    for (float& value : strain) value *= 1e-6f;
     WriteWords(work_files::kStrain, strain);
-
     const std::string text =
-        TextWrittenBy([&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
+        directory.Written("out.inp", [&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
     const std::vector<std::string> stress = BlockLines(text, "---- stress ----");
-    ASSERT_EQ(stress.size(), 18u);
-    // Element 2, point 0 lies at record 4: point 4 of element 1.
-    auto tf = [](int i) { return (400.0 + i) / 9.80665 * 1000.0; };
-    EXPECT_EQ(stress[9], Printf("2 %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf %.4lf", tf(0), tf(1), tf(2),
-                                tf(3), tf(4), tf(5), 0.8));
+    ASSERT_EQ(stress.size(), 13u);
+    EXPECT_EQ(stress[3], StressLine(1, 300));
+    EXPECT_EQ(stress[9], StressLine(2, 400, 0.2));  // element 2, point 0 at record 4
     const std::vector<std::string> strainLines = BlockLines(text, "---- strain ----");
-    EXPECT_EQ(strainLines[9 + 5], Printf("2 %.8lf %.8lf %.8lf %.8lf %.8lf %.8lf", 1000.0, 1001.0,
-                                         1002.0, 1003.0, 1004.0, 1005.0));
-    EXPECT_EQ(strainLines[9 + 6],
-              "2 0.00000000 0.00000000 0.00000000 0.00000000 0.00000000 "
-              "0.00000000");
-}
-
-TEST(StepModel, StepFilesAreNamedByTheStepFromZero) {
-    ScratchWorkingDirectory directory;
-    const CAnalysisData model = SmallModel(1, 3);
-    directory.Folder().Write("out/.keep", "");
-    WriteFullStepFiles(model, "out/", 1);
-    EXPECT_TRUE(directory.Exists("out/output0.inp"));
-    WriteStepHeadFiles(model, "out/", 3);
-    EXPECT_TRUE(directory.Exists("out/output2.inp"));
-    EXPECT_FALSE(directory.Exists("out/output3.inp"));
-    // Missing work files leave zero motion.
-    EXPECT_EQ(LineStartingWith(directory.Read("out/output2.inp"), "4 1.0000 0.0000 "),
-              "4 1.0000 0.0000 0.0000 0.0000 0.0000 0.0000 0.0000 0.0000 ");
+    ASSERT_EQ(strainLines.size(), 13u);
+    auto x = [](float code) { return double{code * 1e-6f}; };
+    EXPECT_EQ(strainLines[5], Printf("1 %.8lf %.8lf %.8lf %.8lf %.8lf %.8lf", x(500), x(501),
+                                     x(502), x(503), x(504), x(505)));
+    const std::string zeros = " 0.00000000 0.00000000 0.00000000 0.00000000 0.00000000 0.00000000";
+    EXPECT_EQ(strainLines[6], "1" + zeros);  // records 6 and 7 lie beyond the data
+    EXPECT_EQ(strainLines[12], "2" + zeros);
+    EXPECT_TRUE(text.ends_with(kClosingBlocks));
 }
 
 }  // namespace
