@@ -2,6 +2,7 @@
 
 #include <omp.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -84,6 +85,10 @@ void CRunControl::runAnalysis() {
 
 std::string ReadProjectFolder(const std::string& configPath) {
     std::string folder;
+    // A folder of that name is no configuration file: it opens as a stream here but not for
+    // reading text, so it is passed over in silence like a missing file.
+    std::error_code ec;
+    if (std::filesystem::is_directory(configPath, ec)) return folder;
     std::ifstream in(configPath);
     if (in.good()) {
         std::getline(in, folder);

@@ -31,6 +31,12 @@ TEST(RunFiles, ConfigLineIsPrintedAndGluedWithoutSeparatorAndMarkersStayInWorkin
     EXPECT_EQ(project.Run().out, "proj\nFilelist:Reading error\nprojinput_VARNEK.inp\nproj\n");
 }
 
+TEST(RunFiles, ConfigurationThatIsAFolderCountsAsMissing) {
+    ProjectFolder project;
+    project.Write("config_VARNEK.txt/placeholder", "");
+    EXPECT_EQ(project.Run().out, "Filelist:Reading error\ninput_VARNEK.inp\n\n");
+}
+
 // The fourth field is the single-step flag from 20150123 on; a flag is the token 0 or 1, and the
 // fields behind a failed one are not read. Without the file the run is a single pass.
 TEST(RunFiles, FlagFileDateThresholdAndTokens) {
