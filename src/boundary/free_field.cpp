@@ -15,8 +15,8 @@ void ReadColumnFile(std::vector<ComplexVector>& freeFieldMotion, const std::stri
     LineCursor cursor(text);
     std::string_view line;
     if (!cursor.Next(line)) return;
-    int node = 0;
-    if (!FieldScanner(line).Int(node)) StopOnBadInput(path, 1, "no node index on the first line");
+    int node = 0;  // a first line without a number names node 0
+    FieldScanner(line).Int(node);
     const int64_t nodeCount = static_cast<int64_t>(analysis.nodes.size());
     if (node < 0 || node >= nodeCount)
         StopOnBadInput(path, 1,
