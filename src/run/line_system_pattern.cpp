@@ -111,6 +111,11 @@ bool LineSystemPattern::FormSide(int line, double w, std::vector<Complex>& side)
         for (size_t k = 0; k < side.size(); ++k) side[k] = iw * sideInSystem_.value[k];
         return true;
     }
+    if (terms_.lineValuesOverPattern) {
+        // The side pattern is the line matrices' union pattern itself, in the same order.
+        terms_.lineValuesOverPattern(line, side);
+        return side.size() == sidePattern_.column.size();
+    }
     std::fill(side.begin(), side.end(), kNothing);
     const SparseComplexMatrix E = terms_.lineMatrix(line);
     const size_t rows = std::min(E.RowCount(), static_cast<size_t>(sidePattern_.size));

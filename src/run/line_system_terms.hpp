@@ -21,6 +21,10 @@ struct LineSystemTerms {
     // the side matrix of line i. Must be safe to call from several threads at once.
     const SparseComplexMatrix* lineMatrixPattern = nullptr;
     std::function<SparseComplexMatrix(int)> lineMatrix;
+    // Optional, mode 0: the values of line i's side matrix laid out along lineMatrixPattern
+    // (row by row, ascending columns; zero where the line has no entry). Spares building a row
+    // map per line; thread-safe like lineMatrix.
+    std::function<void(int, std::vector<Complex>&)> lineValuesOverPattern;
     const std::vector<ComplexVector>* freeFieldMotion = nullptr;  // per line, over the equations
     const ComplexVector* inertiaLoad = nullptr;                   // over the degrees of freedom
 

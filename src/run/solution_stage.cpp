@@ -78,6 +78,9 @@ void RunSolution(CAnalysisData& analysis, const CRunControl& run,
         terms.lineMatrixPattern = &lineMatrices->Pattern();
         const FrequencyEMatrixStore* store = lineMatrices.get();
         terms.lineMatrix = [store](int line) { return store->Line(line); };
+        terms.lineValuesOverPattern = [store](int line, std::vector<Complex>& values) {
+            store->LineOverPattern(line, values);
+        };
     }
 
     FrequencyLoop loop(terms);
