@@ -10,7 +10,7 @@
 #include "element/shape_function.hpp"
 
 class CElement {
-public:
+  public:
     int gaussCount = 0;
     int ruleCount = 0;
     std::vector<int> nodes;

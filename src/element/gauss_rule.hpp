@@ -6,7 +6,7 @@
 #include "element/point.hpp"
 
 class DefaultGauss {
-public:
+  public:
     int count = 0;
     std::vector<CGauss> points;
 

@@ -8,7 +8,7 @@
 #include "element/small_matrix.hpp"
 
 class DAT_Material {
-public:
+  public:
     int type = 0;  // 5 elastic, 4 GHE model, 2 table model
     double rho1 = 0.0;
     double rho2 = 0.0;
@@ -43,7 +43,7 @@ public:
 };
 
 class DAT_Elastic : public DAT_Material {
-public:
+  public:
     double CalcG(double strain) override;
     double CalcH(double strain) override;
     DAT_Material* Clone() const override { return new DAT_Elastic(*this); }
@@ -51,7 +51,7 @@ public:
 
 // Generalised hyperbolic (GHE) model: modulus ratio from the strength tauf and the C1, C2 curves.
 class DAT_GHEmodel : public DAT_Material {
-public:
+  public:
     double c = 0.0;
     double phi = 0.0;
     double tauf = 0.0;
@@ -73,7 +73,7 @@ public:
 
 // Table model: modulus ratio and damping ratio against strain, linear in the strain.
 class DAT_Othermoel : public DAT_Material {
-public:
+  public:
     std::vector<double> gTable;
     std::vector<double> hTable;  // fractions
     std::vector<double> strainTable;

@@ -6,4 +6,6 @@ bool CPoint::IsLess(const CPoint& other) const {
     return y < other.y;
 }
 
-bool CPoint::IsLessPoint(const CPoint& other) const { return IsLess(other); }
+bool CPoint::IsLessPoint(const CPoint& other) const {
+    return IsLess(other);
+}

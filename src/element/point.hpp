@@ -4,7 +4,7 @@
 #include "element/small_matrix.hpp"
 
 class CPoint {
-public:
+  public:
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
@@ -25,13 +25,13 @@ public:
 };
 
 class CNode : public CPoint {
-public:
+  public:
     using CPoint::CPoint;
 };
 
 // An integration point: natural coordinates in x, y, a weight and the initial stress (x, y, z, xy).
 class CGauss : public CPoint {
-public:
+  public:
     double weight = 0.0;
     RealVector stress = RealVector(4);
 

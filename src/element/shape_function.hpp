@@ -5,7 +5,7 @@
 #include "element/small_matrix.hpp"
 
 class DAT_ShapeFunction {
-public:
+  public:
     int nodeCount = 0;
 
     explicit DAT_ShapeFunction(int n) : nodeCount(n) {}
@@ -27,7 +27,7 @@ public:
 
 // 4-node quadrilateral: nodes at (-1,-1), (1,-1), (1,1), (-1,1).
 class IsoParametricQuadSquare : public DAT_ShapeFunction {
-public:
+  public:
     explicit IsoParametricQuadSquare(int n = 4) : DAT_ShapeFunction(n) {}
     using DAT_ShapeFunction::GetdNMatrix;
     using DAT_ShapeFunction::GetNVector;
@@ -37,7 +37,7 @@ public:
 
 // 8-node quadrilateral: corners as the 4-node one, then mid-sides (0,-1), (1,0), (0,1), (-1,0).
 class IsoParametricSecondSquare : public DAT_ShapeFunction {
-public:
+  public:
     explicit IsoParametricSecondSquare(int n = 8) : DAT_ShapeFunction(n) {}
     using DAT_ShapeFunction::GetdNMatrix;
     using DAT_ShapeFunction::GetNVector;
@@ -47,7 +47,7 @@ public:
 
 // 6-node triangle in area coordinates: (1,0), (0,1), (0,0), then mid-sides 2-3, 3-1, 1-2.
 class ShapeFuncOfSecondTriangle : public DAT_ShapeFunction {
-public:
+  public:
     explicit ShapeFuncOfSecondTriangle(int n = 6) : DAT_ShapeFunction(n) {}
     using DAT_ShapeFunction::GetdNMatrix;
     using DAT_ShapeFunction::GetNVector;

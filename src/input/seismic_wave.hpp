@@ -4,7 +4,7 @@
 #include <vector>
 
 class CSeismicWave {
-public:
+  public:
     int id = 0;
     double timeStep = 0.0;
     std::vector<double> acc;    // resampled acceleration (m/s2), padded to a power of two P

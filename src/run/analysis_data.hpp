@@ -2,8 +2,8 @@
 // and the equation numbering. Every stage of a run works on it by reference.
 #pragma once
 
-#include <boost/shared_ptr.hpp>
 #include <array>
+#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,7 +21,7 @@ using MaterialList = std::vector<boost::shared_ptr<DAT_Material>>;
 using ConditionList = std::vector<boost::shared_ptr<CBoundaryCond>>;
 
 class CAnalysisData {
-public:
+  public:
     uint32_t formatDate = 0;
     std::vector<CNode> nodes;
     std::vector<CElement> elements;
@@ -37,7 +37,7 @@ public:
     double effectiveStrainRatio = 0.0;
     int32_t sideBoundaryType = 0;  // 0 transmitting, 1 viscous, other: none
     std::vector<CSeismicWave> seismicWaves;
-    ComplexVector waveSpectrum;                        // forward transform of the padded wave
+    ComplexVector waveSpectrum;                         // forward transform of the padded wave
     std::unique_ptr<FourierTransform> transformHandle;  // length P, shared by the syntheses
     MaterialList materials;
     std::vector<int32_t> dofFixed;     // two per node: 1 fixed, 0 free

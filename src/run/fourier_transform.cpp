@@ -61,4 +61,6 @@ void FourierTransform::Forward(std::complex<double>* data) const {
     for (size_t i = 0; i < length_; ++i) data[i] *= scale;
 }
 
-void FourierTransform::Backward(std::complex<double>* data) const { Execute(backwardPlan_, data); }
+void FourierTransform::Backward(std::complex<double>* data) const {
+    Execute(backwardPlan_, data);
+}

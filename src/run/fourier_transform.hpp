@@ -8,7 +8,7 @@
 #include <cstddef>
 
 class FourierTransform {
-public:
+  public:
     explicit FourierTransform(size_t length);
     ~FourierTransform();
     FourierTransform(const FourierTransform&) = delete;
@@ -19,7 +19,7 @@ public:
     void Forward(std::complex<double>* data) const;
     void Backward(std::complex<double>* data) const;
 
-private:
+  private:
     size_t length_;
     void* forwardPlan_;
     void* backwardPlan_;

@@ -3,4 +3,6 @@
 // current working directory.
 #include "run/run_control.hpp"
 
-int main() { return RunProgram(); }
+int main() {
+    return RunProgram();
+}

@@ -8,7 +8,9 @@
 #include <filesystem>
 #include <iostream>
 
-int ProcessorCount() { return omp_get_num_procs(); }
+int ProcessorCount() {
+    return omp_get_num_procs();
+}
 
 void TerminateRun(int status) {
     std::cout.flush();
@@ -17,7 +19,9 @@ void TerminateRun(int status) {
     _exit(status);
 }
 
-void WaitForOneCharacter() { (void)std::getchar(); }
+void WaitForOneCharacter() {
+    (void)std::getchar();
+}
 
 std::optional<uint64_t> FileSize(const std::string& path) {
     std::error_code ec;
@@ -52,4 +56,6 @@ void CreateFolder(const std::string& path) {
     std::filesystem::create_directory(path, ec);
 }
 
-void RemoveFile(const std::string& path) { std::remove(path.c_str()); }
+void RemoveFile(const std::string& path) {
+    std::remove(path.c_str());
+}

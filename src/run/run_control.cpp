@@ -99,7 +99,9 @@ std::string ReadProjectFolder(const std::string& configPath) {
 }
 
 namespace {
-void TouchMarker(const char* name) { std::ofstream(name, std::ios::trunc); }
+void TouchMarker(const char* name) {
+    std::ofstream(name, std::ios::trunc);
+}
 }  // namespace
 
 int RunProgram() {

@@ -5,7 +5,7 @@
 #include <string>
 
 class CRunControl {
-public:
+  public:
     std::string inputPath;   // project folder + "input_VARNEK.inp"
     std::string folderPath;  // project folder prefix, with its own trailing separator
     uint32_t formatDate = 0;

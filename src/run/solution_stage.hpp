@@ -7,4 +7,5 @@
 #include "run/analysis_data.hpp"
 #include "run/run_control.hpp"
 
-void RunSolution(CAnalysisData& analysis, const CRunControl& run, const std::string& freeFieldFolder);
+void RunSolution(CAnalysisData& analysis, const CRunControl& run,
+                 const std::string& freeFieldFolder);

@@ -8,6 +8,7 @@
 // Analyses, factorises and solves A x = b once, releasing everything afterwards. Returns 0 or
 // a negative failure code (-1 invalid or non-finite input, -2 out of memory, -3 ordering,
 // -4 singular or inaccurate solution).
-int SolveCompressedOnce(const std::vector<int32_t>& rowStart, const std::vector<int32_t>& columnIndex,
+int SolveCompressedOnce(const std::vector<int32_t>& rowStart,
+                        const std::vector<int32_t>& columnIndex,
                         const std::vector<std::complex<double>>& values,
                         const std::complex<double>* b, std::complex<double>* x);

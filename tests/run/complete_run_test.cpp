@@ -44,9 +44,11 @@ void ExpectCompleteRun(const ProjectFolder& p, int stepFiles) {
     EXPECT_TRUE(p.Exists("a_end.dat"));
     for (const auto& entry : std::filesystem::directory_iterator(p.Root()))
         EXPECT_NE(entry.path().filename().string().rfind("work_", 0), 0u) << entry.path();
-    for (int s = 0; s < stepFiles; ++s) EXPECT_TRUE(p.Exists("output/output" + std::to_string(s) + ".inp"));
+    for (int s = 0; s < stepFiles; ++s)
+        EXPECT_TRUE(p.Exists("output/output" + std::to_string(s) + ".inp"));
     EXPECT_FALSE(p.Exists("output/output" + std::to_string(stepFiles) + ".inp"));
-    EXPECT_EQ(CountLines(p.Read("output/output_max.inp")), CountLines(p.Read("output/output0.inp")));
+    EXPECT_EQ(CountLines(p.Read("output/output_max.inp")),
+              CountLines(p.Read("output/output0.inp")));
     // 13 nodes and 3 elements, each file a heading and 21 steps.
     EXPECT_EQ(CountLines(p.Read("dyn/acc13.dat")), 22u);
     EXPECT_EQ(CountLines(p.Read("dyn/femsig3.dat")), 22u);
@@ -66,7 +68,8 @@ TEST(CompleteRun, BothOutputPathsFinishWithTheSameNodeMotion) {
     EXPECT_EQ(perStep.Read("dyn/acc7.dat"), singleStep.Read("dyn/acc7.dat"));
     EXPECT_EQ(perStep.Read("dyn/femsig2.dat"), singleStep.Read("dyn/femsig2.dat"));
     // The fixed base node moves with the input: its absolute acceleration is the wave itself.
-    EXPECT_NE(perStep.Read("dyn/acc1.dat").find("\n0.010000 -0.100000 0.000000\n"), std::string::npos);
+    EXPECT_NE(perStep.Read("dyn/acc1.dat").find("\n0.010000 -0.100000 0.000000\n"),
+              std::string::npos);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "support/project_fixture.hpp"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -7,16 +8,14 @@
 #include <fstream>
 #include <random>
 #include <sstream>
-#include <sys/wait.h>
 
 namespace fs = std::filesystem;
 
 ProjectFolder::ProjectFolder() {
     static std::atomic<int> counter{0};
     std::random_device rd;
-    root_ = fs::temp_directory_path() /
-            ("varnek-test-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + "-" +
-             std::to_string(rd()));
+    root_ = fs::temp_directory_path() / ("varnek-test-" + std::to_string(getpid()) + "-" +
+                                         std::to_string(counter++) + "-" + std::to_string(rd()));
     fs::create_directories(root_);
 }
 
@@ -25,7 +24,9 @@ ProjectFolder::~ProjectFolder() {
     fs::remove_all(root_, ec);
 }
 
-std::string ProjectFolder::Path(const std::string& relative) const { return (root_ / relative).string(); }
+std::string ProjectFolder::Path(const std::string& relative) const {
+    return (root_ / relative).string();
+}
 
 void ProjectFolder::Write(const std::string& relative, const std::string& text) const {
     const fs::path p = root_ / relative;
@@ -40,13 +41,16 @@ std::string ProjectFolder::Read(const std::string& relative) const {
     return ss.str();
 }
 
-bool ProjectFolder::Exists(const std::string& relative) const { return fs::exists(root_ / relative); }
+bool ProjectFolder::Exists(const std::string& relative) const {
+    return fs::exists(root_ / relative);
+}
 
 ProgramRun ProjectFolder::Run(const std::string& input) const {
     const fs::path in = root_ / ".stdin", out = root_ / ".stdout", err = root_ / ".stderr";
     std::ofstream(in, std::ios::binary) << input;
     const std::string command = "cd '" + root_.string() + "' && '" + VARNEK_EXECUTABLE + "' < '" +
-                                in.string() + "' > '" + out.string() + "' 2> '" + err.string() + "'";
+                                in.string() + "' > '" + out.string() + "' 2> '" + err.string() +
+                                "'";
     const int raw = std::system(command.c_str());
     ProgramRun run;
     run.status = WIFEXITED(raw) ? static_cast<signed char>(WEXITSTATUS(raw)) : -1000;

@@ -5,13 +5,13 @@
 #include <string>
 
 struct ProgramRun {
-    int status = -1;     // exit status of the program
-    std::string out;     // standard output
-    std::string err;     // standard error
+    int status = -1;  // exit status of the program
+    std::string out;  // standard output
+    std::string err;  // standard error
 };
 
 class ProjectFolder {
-public:
+  public:
     ProjectFolder();
     ~ProjectFolder();
     ProjectFolder(const ProjectFolder&) = delete;
@@ -28,7 +28,7 @@ public:
     // Runs the program with this folder as the working directory and the given standard input.
     ProgramRun Run(const std::string& input = "") const;
 
-private:
+  private:
     std::filesystem::path root_;
 };
 
