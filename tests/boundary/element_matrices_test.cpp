@@ -8,10 +8,11 @@
 #include <tuple>
 
 #include "element/constant_operators.hpp"
+#include "structured_mesh.hpp"
 
 namespace {
 
-// Copies of three elements of one material (rho1 2.0, rho2 1.5), every degree of freedom free: a
+// Three elements of one material (rho1 2.0, rho2 1.5), every degree of freedom free: a
 // skewed quadrilateral of area 1.115, an 8-node rectangle 2 x 1 (rho2) and a right triangle 1 x 2.
 struct Mesh {
     std::vector<CNode> nodes;
@@ -19,7 +20,7 @@ struct Mesh {
     std::vector<int32_t> equationMap;
     boost::shared_ptr<DAT_Elastic> material = boost::make_shared<DAT_Elastic>();
 
-    explicit Mesh(int copies = 1) {
+    Mesh() {
         BuildConstantOperators();
         material->rho1 = 2.0;
         material->rho2 = 1.5;
@@ -27,13 +28,11 @@ struct Mesh {
         material->h = 0.05;
         material->nu = 0.3;
         material->UpdateModuli();
-        for (int i = 0; i < copies; ++i) {
-            Element({Node(0, 0), Node(1.2, 0.1), Node(1.0, 1.1), Node(-0.1, 0.9)});
-            Element({Node(2, 0), Node(4, 0), Node(4, 1), Node(2, 1), Node(3, 0), Node(4, 0.5),
-                     Node(3, 1), Node(2, 0.5)},
-                    false);
-            Element({Node(6, 0), Node(5, 2), Node(5, 0), Node(5, 1), Node(5.5, 0), Node(5.5, 1)});
-        }
+        Element({Node(0, 0), Node(1.2, 0.1), Node(1.0, 1.1), Node(-0.1, 0.9)});
+        Element({Node(2, 0), Node(4, 0), Node(4, 1), Node(2, 1), Node(3, 0), Node(4, 0.5),
+                 Node(3, 1), Node(2, 0.5)},
+                false);
+        Element({Node(6, 0), Node(5, 2), Node(5, 0), Node(5, 1), Node(5.5, 0), Node(5.5, 1)});
     }
     int Node(double x, double y) {
         nodes.emplace_back(x, y, 0.0);
@@ -114,20 +113,14 @@ TEST(StiffnessMatrix, RigidMotionsGiveNoForceAndUniformStrainItsEnergy) {
 }
 
 TEST(Assembly, ResultDoesNotDependOnTheThreadCount) {
-    Mesh mesh(0);
-    const int nx = 40, ny = 30;  // more elements than one block holds, sharing nodes
-    for (int j = 0; j <= ny; ++j)
-        for (int i = 0; i <= nx; ++i) mesh.Node(i * 0.5 + 0.01 * j, j * 0.25);
-    for (int j = 0; j < ny; ++j)
-        for (int i = 0; i < nx; ++i) {
-            const int a = j * (nx + 1) + i;
-            mesh.Element({a, a + 1, a + nx + 2, a + nx + 1});
-        }
+    CAnalysisData a;  // 1200 triangles: more than one block holds
+    BuildStructuredMesh(SectionGrid{6, 30, 20, 15.0, 5.0}, ElasticMaterial(60, 0.05, 0.3, 2e-3), a);
     const int threads = omp_get_max_threads();
+    SparseComplexMatrix serial, parallel;
     omp_set_num_threads(1);
-    const SparseComplexMatrix serial = mesh.Assemble(AssembleStiffnessMatrix);
+    AssembleStiffnessMatrix(a.elements.size(), a.equationMap, a.nodes, a.elements, serial);
     omp_set_num_threads(std::max(threads, 3));
-    const SparseComplexMatrix parallel = mesh.Assemble(AssembleStiffnessMatrix);
+    AssembleStiffnessMatrix(a.elements.size(), a.equationMap, a.nodes, a.elements, parallel);
     omp_set_num_threads(threads);
     EXPECT_EQ(serial.rows, parallel.rows);
 }

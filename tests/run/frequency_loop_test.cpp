@@ -1,100 +1,128 @@
+// The side treatments in whole runs: the frequency loop against the plain way on any thread
+// count, energy-transmitting sides whose line matrices are i w C of side dashpots against viscous
+// sides with those dashpots, and the files each treatment opens.
 #include "run/frequency_loop.hpp"
 
 #include <gtest/gtest.h>
 #include <omp.h>
 #include <unistd.h>
 
-#include <boost/make_shared.hpp>
+#include <cmath>
+#include <cstdio>
 #include <cstring>
-#include <sstream>
+#include <map>
+#include <numbers>
 
 #include "boundary/element_matrices.hpp"
 #include "boundary/free_field.hpp"
 #include "boundary/transmitting_boundary.hpp"
 #include "boundary/viscous_boundary.hpp"
+#include "element/constant_operators.hpp"
 #include "run/line_system_chain.hpp"
 #include "run/line_vectors.hpp"
-#include "run/run_control.hpp"
+#include "run/model_preparation.hpp"
 #include "run/soil_column.hpp"
-#include "run/solution_stage.hpp"
 #include "support/project_fixture.hpp"
 
 namespace {
+// A section two cells wide and three deep of 4-node elements, nodes row by row from the fixed
+// base up; 64 steps of 0.01 s and lines up to 12 Hz.
+constexpr int kColumns = 3, kRows = 4, kLines = 8;
 
-// A section of 4 x 3 four-node cells, 8 m by 6 m, with the side matrices and free-field columns
-// of a free-field analysis and dashpots on both sides. Lines 0 to 6 of 3.2 s.
+template <typename... Args>
+std::string Format(const char* format, Args... args) {
+    char text[256];
+    std::snprintf(text, sizeof text, format, args...);
+    return text;
+}
+
+constexpr auto Node = [](int column, int row) { return row * kColumns + column; };
+
+// The run's files with a "$V" dashpot per side node and direction (right x 200, left x 201,
+// y 202), a base dashpot, side matrices and free-field columns; with transmitting sides, line
+// matrices that are i w times the dashpot terms of the right and the left column, plus zeros at
+// places that differ from line to line.
+void WriteProject(const ProjectFolder& folder, int sideTreatment) {
+    std::map<std::string, std::string> files = {
+        {"config_VARNEK.txt", folder.Root().string() + "/\n"},
+        {"Flag_VARNEK.inp", "20200101 500 0 0\n"},
+        {"input_VARNEK.inp",
+         "constants.dat\nwave.csv\nnodes.dat\nelements.dat\nmaterials.dat\nboundary.dat\n"},
+        {"constants.dat", Format("12\n0\n0.01\n0.05\n0.65\n1\n%d\n", sideTreatment)},
+        {"materials.dat", "1\n5\n0.0018\n0.0018\n0\n50\n0.4\n0.03\n"},
+        {"wave.csv", "wave,0,1\n"},
+        {"output0.inp", "---- stress ----\n"},
+        {"boundary.dat", Format("$VISCO 101 %d 1 0.5 0.01 0 5 10 5 %d %d %d\n", Node(1, 1),
+                                Node(0, 1), Node(1, 1), Node(2, 1))},
+        {"output_ff/RIGHTEmatrix.dat",
+         Format("%d %d 0.125 -0.5\n", 2 * Node(2, 3), 2 * Node(2, 2))},
+        {"output_ff/LEFTEmatrix.dat", Format("%d %d 0.25 0\n\n", 2 * Node(0, 2), 2 * Node(0, 2))}};
+    for (int k = 0; k < 64; ++k)
+        files["wave.csv"] +=
+            Format("%.2f,%.6f\n", k * 0.01, 100.0 * std::sin(0.7 * k) * std::exp(-0.05 * k));
+    for (int r = 0; r < kRows; ++r)
+        for (int c = 0; c < kColumns; ++c) {
+            files["nodes.dat"] += Format("%d %d\n", c, r);
+            if (r == 0) files["boundary.dat"] += Format("%d 2 0 0\n", Node(c, 0));
+            if (r + 1 == kRows || c + 1 == kColumns) continue;
+            files["elements.dat"] += Format("0 4 1 %d %d %d %d\n", Node(c, r), Node(c + 1, r),
+                                            Node(c + 1, r + 1), Node(c, r + 1));
+            for (int g = 0; g < 4; ++g) files["output0.inp"] += "1 0 0 0 0 0 0\n";
+        }
+    for (int r = 1; r < kRows; ++r)
+        for (int side = 0; side < 2; ++side) {
+            const int c = side == 0 ? kColumns - 1 : 0, node = Node(c, r);
+            const int edges[3] = {Node(c, r - 1), node, r + 1 < kRows ? Node(c, r + 1) : -1};
+            for (int d = 0; d < 2; ++d) {
+                const Complex coefficient(d == 0 ? 0.3 : 0.6, d == 0 ? 0.02 : 0.0);
+                files["boundary.dat"] += Format(
+                    "$VISCO %d %d %d %.17g %.17g 0 5 10 5 %d %d %d\n", d == 1 ? 202 : 200 + side,
+                    node, d, coefficient.real(), coefficient.imag(), edges[0], edges[1], edges[2]);
+                for (int e = 0; e < 3 && edges[e] != -1 && sideTreatment == 0; ++e)
+                    for (int i = 1; i < kLines; ++i) {
+                        const Complex value = Complex(0.0, 2.0 * std::numbers::pi / 0.64 * i) *
+                                              (coefficient * (e == 1 ? 10.0 : 5.0) / 30.0);
+                        std::string& text = files[Format("output_ff/%cEMat%d.dat", "RL"[side], i)];
+                        text += Format("%d %d %.17g %.17g\n", 2 * node + d, 2 * edges[e] + d,
+                                       value.real(), value.imag());
+                        if ((i + r + e) % 3 == 0)
+                            text += Format("%d %d 0 0\n", 2 * node + d, 2 * edges[e] + 1 - d);
+                    }
+            }
+            std::string& motion = files[Format("output_ff/%cFF_%d.dat", "RL"[side], r)];
+            motion = std::to_string(node) + "\n";
+            for (int i = 0; i < kLines; ++i)
+                motion += Format("%.17g %.17g\n", 1.0 + 0.1 * r - 0.05 * i, 0.02 * i * (side == 0));
+        }
+    for (const auto& [name, text] : files) folder.Write(name, text);
+}
+
+// The model of a project read as the program reads it.
 struct SideModel {
     ProjectFolder project;
     CAnalysisData analysis;
-    std::vector<int> left, right;  // side nodes above the base
 
-    explicit SideModel(int mode) {
-        BuildStructuredMesh(SectionGrid{4, 4, 3, 8.0, 6.0},
-                            ElasticMaterial(60.0, 0.05, 0.3, 1.8e-3), analysis);
-        for (size_t p = 0; p < analysis.nodes.size(); ++p) {
-            const CNode& node = analysis.nodes[p];
-            if (node.y > 0.0 && node.x == 0.0) left.push_back(static_cast<int>(p));
-            if (node.y > 0.0 && node.x == 8.0) right.push_back(static_cast<int>(p));
-        }
-        analysis.sideBoundaryType = mode;
-        std::vector<double> acc(64, 0.0);
-        acc[3] = 1.0;
-        SetTestWave(analysis, acc, 0.05, 2.0);
-        for (const char* side : {"RIGHT", "LEFT"}) {
-            const std::vector<int>& nodes = side[0] == 'R' ? right : left;
-            const double scale = side[0] == 'R' ? 1.0 : -0.8;
-            const std::string prefix = "output_ff/" + std::string(1, side[0]);
-            project.Write("output_ff/" + std::string(side) + "Ematrix.dat",
-                          SideBlock(nodes, 0, std::abs(scale)));
-            for (int i = 1; i < analysis.frequencyCount; ++i)
-                project.Write(prefix + "EMat" + std::to_string(i) + ".dat",
-                              SideBlock(nodes, i, std::abs(scale) / 2));
-            for (size_t k = 0; k < nodes.size(); ++k) {
-                std::ostringstream text;
-                text << nodes[k] << '\n';
-                for (int i = 0; i <= analysis.frequencyCount; ++i)
-                    text << 0.01 * (k + 1) * i << ' ' << 0.002 * scale * i << '\n';
-                project.Write(prefix + "FF_" + std::to_string(k) + ".dat", text.str());
-            }
-        }
-        // Base (101) and side (201) dashpots in x and y along both sides.
-        for (const std::vector<int>* side : {&left, &right})
-            for (size_t k = 0; k + 1 < side->size(); ++k)
-                for (int code : {101, 201})
-                    for (int direction : {0, 1}) {
-                        auto c = boost::make_shared<CBCVisco>();
-                        c->typeCode = code;
-                        c->rowNode = c->edgeNode1 = (*side)[k];
-                        c->edgeNode2 = (*side)[k + 1];
-                        c->direction = direction;
-                        c->edgeNodeCount = 2;
-                        c->term2 = Complex(0.6, 0.01 * code);
-                        c->term3 = Complex(0.3, 0.0);
-                        analysis.boundaryConds.push_back(c);
-                    }
+    explicit SideModel(int sideTreatment) {
+        WriteProject(project, sideTreatment);
+        BuildConstantOperators();
+        analysis.clear(0);
+        testing::internal::CaptureStdout();
+        analysis.ReadFileList(project.Path("input_VARNEK.inp"), project.Path(""));
+        for (auto* list : {&analysis.dofFixed, &analysis.dofSpare, &analysis.equationMap})
+            list->assign(2 * analysis.nodes.size(), 0);
+        GivePrivateMaterials(analysis);
+        analysis.ReadSelfWeightStress(project.Path("output0.inp"));
+        DispBoundary(analysis);
+        NumberEquations(analysis);
+        testing::internal::GetCapturedStdout();
     }
 
     std::string Folder() const { return project.Path("output_ff/"); }
 
-    // A dense block over the x and y of a side's nodes; line 0 stands for the constant matrix.
-    // Some entries are left out on some lines and one is written twice.
-    static std::string SideBlock(const std::vector<int>& nodes, int line, double scale) {
-        std::ostringstream text;
-        for (int a : nodes)
-            for (int b : nodes)
-                for (int da : {0, 1})
-                    for (int db : {0, 1}) {
-                        const int row = 2 * a + da, col = 2 * b + db;
-                        if (line > 0 && (row + col + line) % 4 == 0) continue;
-                        const double v = scale * (a == b && da == db ? 40.0 : 3.0 / (1 + row % 5));
-                        text << row << ' ' << col << ' ' << v * (1 + 0.1 * line) << ' '
-                             << 0.2 * v * line << '\n';
-                    }
-        text << 2 * nodes[0] << ' ' << 2 * nodes[0] << " 1.5 0.25\n";
-        return text.str();
+    std::vector<Complex> Solve() {
+        SolveCapturingConsole(analysis, false, Folder());
+        return Spectra();
     }
-
-    void Solve() { SolveCapturingConsole(analysis, false, Folder()); }
 
     // Every line solved the plain way from the same files, one new matrix per operation.
     std::vector<Complex> SolvePlainWay() {
@@ -115,7 +143,7 @@ struct SideModel {
 
         LineSystemTerms terms;
         terms.sideBoundaryType = analysis.sideBoundaryType;
-        terms.duration = 64 * 0.05;
+        terms.duration = 64 * 0.01;
         terms.mass = &M;
         terms.baseViscous = &base;
         terms.sideViscous = &side;
@@ -133,38 +161,87 @@ struct SideModel {
         return Spectra();
     }
 
+    // dispX and dispY of every node at lines 1 .. kLines - 1.
     std::vector<Complex> Spectra() const {
+        EXPECT_EQ(analysis.frequencyCount, kLines);
         std::vector<Complex> all;
         for (const CNode& node : analysis.nodes)
             for (const ComplexVector* s : {&node.dispX, &node.dispY})
-                all.insert(all.end(), s->data.begin(), s->data.begin() + analysis.frequencyCount);
+                all.insert(all.end(), s->data.begin() + 1, s->data.begin() + kLines);
         return all;
     }
 };
 
+double Largest(const std::vector<Complex>& a, const std::vector<Complex>& b = {}) {
+    double largest = 0.0;
+    for (size_t k = 0; k < a.size(); ++k)
+        largest = std::max(largest, std::abs(a[k] - (b.empty() ? Complex() : b[k])));
+    return largest;
+}
+
 // Every side treatment on one thread and on two, against the plain way. Without side matrices
 // of their own the two ways share a pattern and agree bit for bit; the union pattern of
-// transmitting sides orders the elimination differently.
+// transmitting sides orders the elimination differently. Line matrices of i w C answer as the
+// viscous sides with those dashpots, and the sides matter.
 TEST(FrequencyLoop, EverySideTreatmentSolvesAsThePlainWayOnAnyThreadCount) {
     const int saved = omp_get_max_threads();
+    std::vector<Complex> spectra[3];
     for (const auto& [mode, tolerance] : {std::pair{0, 1e-12}, {1, 0.0}, {2, 0.0}}) {
         SideModel one(mode), two(mode), plain(mode);
         omp_set_num_threads(1);
-        one.Solve();
+        const std::vector<Complex> a = one.Solve();
         omp_set_num_threads(2);
-        two.Solve();
-        const std::vector<Complex> expected = plain.SolvePlainWay(), a = one.Spectra(),
-                                   b = two.Spectra();
+        spectra[mode] = two.Solve();
+        const std::vector<Complex> expected = plain.SolvePlainWay();
         ASSERT_EQ(a.size(), expected.size());
-        EXPECT_EQ(std::memcmp(a.data(), b.data(), a.size() * sizeof(Complex)), 0) << mode;
-        double largest = 0.0;
-        for (const Complex& v : expected) largest = std::max(largest, std::abs(v));
-        ASSERT_GT(largest, 0.0);
-        for (size_t k = 0; k < b.size(); ++k)
-            EXPECT_LE(std::abs(b[k] - expected[k]), tolerance * largest)
-                << "mode " << mode << " entry " << k;
+        EXPECT_EQ(std::memcmp(a.data(), spectra[mode].data(), a.size() * sizeof(Complex)), 0);
+        ASSERT_GT(Largest(expected), 0.0);
+        EXPECT_LE(Largest(spectra[mode], expected), tolerance * Largest(expected)) << mode;
     }
     omp_set_num_threads(saved);
+    EXPECT_LE(Largest(spectra[0], spectra[1]), 1e-10 * Largest(spectra[1]));
+    EXPECT_GT(Largest(spectra[2], spectra[1]), 1e-3 * Largest(spectra[1]));
+}
+
+// A run without sides opens no file of the free-field analysis, one with viscous sides no line
+// matrix; a missing or bad file of the treatment in use ends the run naming it.
+TEST(SideBoundaryRun, EachTreatmentOpensOnlyItsOwnFiles) {
+    const struct {
+        int sideTreatment;
+        std::vector<std::pair<std::string, std::string>> files;  // empty text: taken away
+        int status;
+        std::string message;
+    } cases[] = {
+        {2, {{"RIGHTEmatrix.dat", ""}, {"RFF_0.dat", "999\n1 1\n"}}, 0, ""},
+        {1, {}, 0, ""},
+        {0, {{"REMat7.dat", ""}}, 0, "REMat7.dat\nEmatrix7:Reading error\n"},
+        {0, {{"REMat7.dat", ""}, {"LEMat5.dat", ""}}, 0, "LEMat5.dat\nEmatrix5:Reading error\n"},
+        {1, {{"RIGHTEmatrix.dat", ""}}, 0, "RIGHTEmatrix.dat\nEmatrix:Reading error\n"},
+        {0,
+         {{"LEFTEmatrix.dat", "0 0 1 1\n1 24 1 1\n"}},
+         2,
+         "LEFTEmatrix.dat:2: degree of freedom 24 is outside 0..23"},
+        {1, {{"LFF_1.dat", "12\n1 1\n"}}, 2, "LFF_1.dat:1: node 12 is outside 0..11"},
+    };
+    for (const auto& c : cases) {
+        ProjectFolder folder;
+        WriteProject(folder, c.sideTreatment);
+        for (const auto& [name, text] : c.files)
+            if (text.empty())
+                std::filesystem::remove(folder.Path("output_ff/" + name));
+            else
+                folder.Write("output_ff/" + name, text);
+        const ProgramRun run = folder.Run();
+        SCOPED_TRACE(c.message);
+        EXPECT_EQ(run.status, c.status) << run.err;
+        EXPECT_EQ(folder.Exists("a_end.dat"), c.message.empty());
+        if (c.message.empty())
+            EXPECT_EQ(run.out.find("Reading error"), std::string::npos) << run.out;
+        else
+            EXPECT_NE((run.out + run.err).find(folder.Path("output_ff/" + c.message)),
+                      std::string::npos)
+                << run.out << run.err;
+    }
 }
 
 // Soil without stiffness or mass: every line singular. Standard output goes to standard error

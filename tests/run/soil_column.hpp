@@ -1,6 +1,5 @@
 // A soil column 20 m deep and one element wide with y fixed everywhere: every node moves in x
-// alone, and the column shears as a one-dimensional layer on a rigid base. With the helpers that
-// give an analysis its wave and run the solution stage.
+// alone, and the column shears as a one-dimensional layer on a rigid base.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,24 +15,6 @@
 #include "run/run_control.hpp"
 #include "run/solution_stage.hpp"
 #include "structured_mesh.hpp"
-
-// Gives the analysis a wave as the reader leaves it: P samples (a power of two), the lines up to
-// the cut-off, the transform and the spectrum.
-inline void SetTestWave(CAnalysisData& analysis, const std::vector<double>& acc, double timeStep,
-                        double cutoff) {
-    const int P = static_cast<int>(acc.size());
-    analysis.timeStep = timeStep;
-    analysis.seismicWaves.assign(1, CSeismicWave{});
-    analysis.seismicWaves[0].acc = acc;
-    analysis.seismicWaves[0].sampleCount = P;
-    int count = 0;
-    while (count < P && !(cutoff < (count / double(P)) / timeStep)) ++count;
-    analysis.frequencyCount = std::min(count, P / 2 + 1);
-    analysis.transformHandle = std::make_unique<FourierTransform>(P);
-    analysis.waveSpectrum = ComplexVector(P);
-    for (int k = 0; k < P; ++k) analysis.waveSpectrum[k] = Complex(acc[k], 0.0);
-    analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
-}
 
 // The solution stage with the run flag; returns what it wrote to standard output and to
 // standard error.
@@ -73,8 +54,21 @@ struct SoilColumn {
         analysis.iterationLimit = 1;
     }
 
+    // The wave as the reader leaves it: P samples (a power of two), the lines up to the cut-off,
+    // the transform and the spectrum.
     void SetWave(const std::vector<double>& acc, double timeStep, double cutoff) {
-        SetTestWave(analysis, acc, timeStep, cutoff);
+        const int P = static_cast<int>(acc.size());
+        analysis.timeStep = timeStep;
+        analysis.seismicWaves.assign(1, CSeismicWave{});
+        analysis.seismicWaves[0].acc = acc;
+        analysis.seismicWaves[0].sampleCount = P;
+        int count = 0;
+        while (count < P && !(cutoff < (count / double(P)) / timeStep)) ++count;
+        analysis.frequencyCount = std::min(count, P / 2 + 1);
+        analysis.transformHandle = std::make_unique<FourierTransform>(P);
+        analysis.waveSpectrum = ComplexVector(P);
+        for (int k = 0; k < P; ++k) analysis.waveSpectrum[k] = Complex(acc[k], 0.0);
+        analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
     }
     std::pair<std::string, std::string> Solve(bool equivalentLinear) {
         return SolveCapturingConsole(analysis, equivalentLinear, "/nonexistent-free-field/");

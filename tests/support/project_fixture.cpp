@@ -3,20 +3,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <fstream>
-#include <random>
 #include <sstream>
 
 namespace fs = std::filesystem;
 
 ProjectFolder::ProjectFolder() {
-    static std::atomic<int> counter{0};
-    std::random_device rd;
-    root_ = fs::temp_directory_path() / ("varnek-test-" + std::to_string(getpid()) + "-" +
-                                         std::to_string(counter++) + "-" + std::to_string(rd()));
-    fs::create_directories(root_);
+    std::string name = (fs::temp_directory_path() / "varnek-test-XXXXXX").string();
+    root_ = mkdtemp(name.data());
 }
 
 ProjectFolder::~ProjectFolder() {
