@@ -1,7 +1,3 @@
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "input/reader_test_support.hpp"
 
 namespace {

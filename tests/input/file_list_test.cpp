@@ -1,8 +1,3 @@
-#include <functional>
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "input/reader_test_support.hpp"
 
 namespace {

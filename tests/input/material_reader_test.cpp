@@ -1,9 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "input/reader_test_support.hpp"
 
 namespace {

@@ -1,12 +1,16 @@
 // The shared fixture of the reader tests.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <boost/make_shared.hpp>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "run/analysis_data.hpp"
 #include "support/project_fixture.hpp"

@@ -1,11 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <cmath>
-#include <complex>
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "input/reader_test_support.hpp"
 
 namespace {
@@ -42,18 +34,16 @@ TEST_F(SeismicReader, LengthIsPaddedToAPowerOfTwoAndTheLinesEndAtTheCutoff) {
         {10.23, 0, kept, 1024, 1024, 1, 0}};
     for (const auto& [end, cutoff, printed, samples, length, lines, cutoffAfter] : cases) {
         EXPECT_EQ(Read("h,1,1\n0,0\n" + std::to_string(end) + ",0\n", 0.01, cutoff), printed);
-        EXPECT_EQ(analysis.SampleCount(), samples);
-        EXPECT_EQ(analysis.PaddedLength(), static_cast<int>(length));
-        EXPECT_EQ(analysis.waveSpectrum.size(), length);
         ASSERT_NE(analysis.transformHandle, nullptr);
-        EXPECT_EQ(analysis.transformHandle->Length(), length);
-        EXPECT_EQ(analysis.frequencyCount, lines);
+        EXPECT_EQ(std::make_tuple(analysis.SampleCount(), size_t(analysis.PaddedLength()),
+                                  analysis.waveSpectrum.size(), analysis.transformHandle->Length(),
+                                  analysis.frequencyCount),
+                  std::make_tuple(samples, length, length, length, lines));
         EXPECT_DOUBLE_EQ(analysis.cutoffFrequency, cutoffAfter);
     }
 }
 
-// Samples in gal, resampled on the step, scaled by 0.01 and the header's factor; the spectrum is
-// the discrete Fourier transform scaled by 1/P.
+// Samples in gal resampled on the step, scaled by 0.01 and the header's factor; spectrum = DFT / P.
 TEST_F(SeismicReader, SamplesAreInterpolatedScaledAndTransformed) {
     const struct {
         std::string text;

@@ -1,7 +1,3 @@
-#include <boost/make_shared.hpp>
-#include <cmath>
-#include <string>
-
 #include "input/reader_test_support.hpp"
 #include "input/self_weight_stress.hpp"
 

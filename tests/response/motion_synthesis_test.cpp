@@ -1,21 +1,15 @@
 #include "response/motion_synthesis.hpp"
 
-#include <gtest/gtest.h>
 #include <omp.h>
 
-#include <cmath>
-#include <numbers>
-
-#include "response/synthesis_model.hpp"
-#include "response/work_files.hpp"
+#include "results/result_model_fixture.hpp"
 
 namespace {
 
 constexpr size_t kP = 64;
 constexpr double kDt = 0.01;
 
-// 50 samples with a mean, a low tone and a tone at 2.9 rad per sample, far above the 10 lines
-// analysed (line 29.5 of 64).
+// 50 samples: a mean, a low tone and one at line 29.5 of 64, far above the 10 lines analysed.
 std::vector<double> TestWave() {
     std::vector<double> w(50);
     for (size_t j = 0; j < w.size(); ++j)
@@ -23,8 +17,7 @@ std::vector<double> TestWave() {
     return w;
 }
 
-// base plus the series of a spectrum with the single line k and its conjugate mirror at P - k
-// (none for the top line P/2): the inverse DFT summed directly.
+// base plus the directly summed inverse DFT of line k and its mirror at P - k (none at P/2).
 std::vector<double> DirectInverse(Complex line, size_t k, std::vector<double> base) {
     for (size_t t = 0; t < base.size(); ++t) {
         const Complex term = line * std::polar(1.0, 2.0 * std::numbers::pi * double(k * t) / kP);
@@ -52,10 +45,8 @@ class MotionSynthesis : public SynthesisTest {
     }
 };
 
-// No transfer function, a line below P/2 with its mirror, and the top line P/2 alone, whose
-// imaginary part never reaches the series: series and peaks against the inverse DFT summed
-// directly. The x acceleration is the whole input, its tone above the lines analysed included,
-// plus the relative response of the line.
+// No transfer function, a line with its mirror, and the top line P/2 alone (its imaginary part
+// never reaches the series); the x acceleration adds the whole input to the relative response.
 TEST_F(MotionSynthesis, OneLineSpectrumMatchesDirectInverseTransform) {
     const Complex tx(0.2, -0.7), ty(-1.1, 0.4);
     const std::vector<double> zero(50, 0.0);
@@ -90,8 +81,7 @@ TEST_F(MotionSynthesis, OneLineSpectrumMatchesDirectInverseTransform) {
 }
 
 TEST_F(MotionSynthesis, FilesHoldEveryNodesStepsAndPeaksOfTheUnpaddedPartOnly) {
-    // Three samples padded to 64; node 0 moves in x as a sine of one period over 64 samples,
-    // whose crest lies in the padded tail. A longer file from before is replaced.
+    // Node 0 moves as a sine of period 64 whose crest lies in the padded tail; an older file goes.
     SetWave(analysis, std::vector<double>(3, 0.0), kP, kDt, 10);
     analysis.waveSpectrum[1] = 1.0;
     for (int i = 0; i < 3; ++i) AddNode(analysis, i, 0);

@@ -1,16 +1,7 @@
 #include "response/stress_strain_synthesis.hpp"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <filesystem>
-#include <numbers>
-
-#include "element/gauss_rule.hpp"
-#include "element/shape_function.hpp"
 #include "response/element_stress_pass.hpp"
-#include "response/synthesis_model.hpp"
-#include "response/work_files.hpp"
+#include "results/result_model_fixture.hpp"
 
 namespace {
 
@@ -28,9 +19,7 @@ class StressStrainSynthesis : public SynthesisTest {
   protected:
     StressStrainSynthesis() { SetWave(analysis, std::vector<double>(kSteps, 1.0), kP, 0.01, 10); }
 
-    // A strip of 4-, 6- and 8-node elements along x, each in a unit cell of its own, with the
-    // initial stresses, on one elastic material: the plane-strain moduli of G = 100 + 8i MPa and
-    // nu = 0.3, L = 1.5 G.
+    // 4-, 6- and 8-node elements in unit cells along x; moduli of G = 100 + 8i MPa, L = 1.5 G.
     void BuildStrip(const std::vector<int>& nodeCounts) {
         boost::shared_ptr<DAT_Material> material(new DAT_Elastic());
         material->D = ComplexMatrix(4, 4);
@@ -44,22 +33,15 @@ class StressStrainSynthesis : public SynthesisTest {
             std::vector<std::pair<double, double>> at = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
             if (n == 8) at.insert(at.end(), {{0.5, 0}, {1, 0.5}, {0.5, 1}, {0, 0.5}});
             if (n == 6) at = {{1, 0}, {0, 1}, {0, 0}, {0, 0.5}, {0.5, 0}, {0.5, 0.5}};
-            CElement element;
-            for (const auto& [x, y] : at) element.nodes.push_back(AddNode(analysis, x0 + x, y));
-            if (n == 4) element.shapeFunction.reset(new IsoParametricQuadSquare());
-            if (n == 6) element.shapeFunction.reset(new ShapeFuncOfSecondTriangle());
-            if (n == 8) element.shapeFunction.reset(new IsoParametricSecondSquare());
-            element.gaussRule.reset(new DefaultGauss(n == 6 ? 7 : (n == 8 ? 3 : 2), n));
-            element.gaussPoints = element.gaussRule->points;
-            element.gaussCount = static_cast<int>(element.gaussPoints.size());
-            element.ruleCount = element.gaussRule->count;
-            element.material = material;
+            std::vector<int> nodes;
+            for (const auto& [x, y] : at) nodes.push_back(AddNode(analysis, x0 + x, y));
+            CElement& element =
+                AddElement(analysis, nodes, n == 6 ? 7 : (n == 8 ? 3 : 2), material);
             element.usesFirstDensity = true;
             for (size_t g = 0; g < element.gaussPoints.size(); ++g) {
-                const Vector4 s = InitialStress(analysis.elements.size(), g);
+                const Vector4 s = InitialStress(analysis.elements.size() - 1, g);
                 element.gaussPoints[g].stress = RealVector{s[0], s[1], s[2], s[3]};
             }
-            analysis.elements.push_back(element);
         }
     }
 
@@ -70,9 +52,8 @@ class StressStrainSynthesis : public SynthesisTest {
         return testing::internal::GetCapturedStdout();
     }
 
-    // With no response every record of elements [first, last) holds the initial stress, its mean
-    // and its deviatoric norm, strains are zero, and the element stress is the sum over the
-    // points times 250 (kPa) at every step.
+    // Without response the records of elements [first, last) hold the initial stress, its mean and
+    // deviatoric norm, strains are zero, the element stress is 250 times the points' sum (kPa).
     void ExpectInitialStressEverywhere(const StressStrainFileNames& names, size_t first,
                                        size_t last, size_t recordedSteps) const {
         size_t points = 0;
@@ -82,12 +63,11 @@ class StressStrainSynthesis : public SynthesisTest {
                                  elementStress = ReadValues<float>(names.elementStress);
         EXPECT_EQ(ReadValues<float>(names.strain), std::vector<float>(points * recordedSteps * 6));
         EXPECT_EQ(ReadValues<float>(names.maxStrain), std::vector<float>(points * 6));
-        ASSERT_EQ(stress.size(), points * recordedSteps * 6);
-        ASSERT_EQ(maxStress.size(), points * 6);
-        ASSERT_EQ(elementStress.size(), (last - first) * kSteps * 3);
+        ASSERT_EQ(
+            std::make_tuple(stress.size(), maxStress.size(), elementStress.size()),
+            std::make_tuple(points * recordedSteps * 6, points * 6, (last - first) * kSteps * 3));
         const WorkRecordIndex index{last - first, recordedSteps};
-        size_t record = 0, point = 0;
-        for (size_t e = first; e < last; ++e) {
+        for (size_t e = first, record = 0, point = 0; e < last; ++e) {
             Vector4 sum{};
             for (size_t g = 0; g < size_t(analysis.elements[e].gaussCount); ++g, ++point) {
                 const Vector4 s = InitialStress(e, g);
@@ -98,33 +78,28 @@ class StressStrainSynthesis : public SynthesisTest {
                                      std::pow(s[2] + mean, 2) + 2 * s[3] * s[3]));
                 const float expected[6] = {float(s[0]), float(s[1]), float(s[2]),
                                            float(s[3]), float(mean), float(dev)};
-                const auto expectRecord = [&](const float* r, bool absolute) {
+                for (size_t t = 0; t <= recordedSteps; ++t) {
+                    const bool peak = t == recordedSteps;  // the peak record, in absolute values
+                    const float* r = peak ? &maxStress[6 * point] : &stress[6 * (record + t)];
                     for (int i = 0; i < 5; ++i)
-                        EXPECT_EQ(r[i], absolute ? std::abs(expected[i]) : expected[i]);
+                        EXPECT_EQ(r[i], peak ? std::abs(expected[i]) : expected[i]);
                     EXPECT_FLOAT_EQ(r[5], expected[5]);
-                };
-                for (size_t t = 0; t < recordedSteps; ++t, ++record) {
                     // Where all elements before are 4-node ones, where the record index points.
-                    if (point == 4 * (e - first) + g) {
-                        EXPECT_EQ(6 * record, index.Position(e - first, g, t));
-                    }
-                    expectRecord(&stress[6 * record], false);
+                    if (!peak && point == 4 * (e - first) + g)
+                        EXPECT_EQ(6 * (record + t), index.Position(e - first, g, t));
                 }
-                expectRecord(&maxStress[6 * point], true);
+                record += recordedSteps;
             }
-            for (size_t t = 0; t < kSteps; ++t) {
-                const float* kPa = &elementStress[((e - first) * kSteps + t) * 3];
-                EXPECT_FLOAT_EQ(kPa[0], float(sum[0] * 250.0));
-                EXPECT_FLOAT_EQ(kPa[1], float(sum[1] * 250.0));
-                EXPECT_FLOAT_EQ(kPa[2], float(sum[3] * 250.0));
-            }
+            for (size_t t = 0; t < kSteps; ++t)
+                for (int i = 0; i < 3; ++i)
+                    EXPECT_FLOAT_EQ(elementStress[((e - first) * kSteps + t) * 3 + i],
+                                    float(sum[i == 2 ? 3 : i] * 250.0));
         }
     }
 };
 
-// The single set holds step 0 of each point, the groups every step; element stress has every
-// step on both paths. More groups than elements leave the first ones with five empty files and
-// start the last at element 0.
+// The single set holds step 0, the groups every step; more groups than elements leave the first
+// ones with five empty files.
 TEST_F(StressStrainSynthesis, WithoutResponseEveryRecordIsTheInitialStressOnBothPaths) {
     BuildStrip({4, 4, 6, 8});
     EXPECT_EQ(RunSerial(),
@@ -144,9 +119,8 @@ TEST_F(StressStrainSynthesis, WithoutResponseEveryRecordIsTheInitialStressOnBoth
     ExpectInitialStressEverywhere(GroupSetNames(2), 0, 4, kSteps);
 }
 
-// A linear displacement field at one frequency line gives every point of every element kind the
-// same strain history, a cosine of that line with the wave's amplitude there, and the stress of
-// the plane-strain moduli; the single set holds step 0 and the same peaks.
+// A linear displacement field at one line gives every point of every kind the same cosine strain
+// history and the stress of the moduli; the single set holds step 0 and the same peaks.
 TEST_F(StressStrainSynthesis, UniformStrainFieldFollowsItsLineAtEveryPointOnBothPaths) {
     std::vector<double> wave(kSteps);
     for (size_t t = 0; t < kSteps; ++t) wave[t] = std::sin(0.3 * t) + 0.2 * std::cos(1.7 * t);

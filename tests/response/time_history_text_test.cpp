@@ -1,6 +1,5 @@
 #include "response/time_history_text.hpp"
 
-#include "response/work_files.hpp"
 #include "results/result_model_fixture.hpp"
 
 namespace {

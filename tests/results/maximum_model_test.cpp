@@ -1,6 +1,5 @@
 #include "results/maximum_model.hpp"
 
-#include "response/work_files.hpp"
 #include "results/result_model_fixture.hpp"
 
 namespace {

@@ -1,6 +1,5 @@
 #include "results/number_format.hpp"
 
-#include <cmath>
 #include <limits>
 #include <random>
 

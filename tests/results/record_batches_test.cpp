@@ -1,6 +1,5 @@
 #include "results/record_batches.hpp"
 
-#include "response/work_files.hpp"
 #include "results/result_model_fixture.hpp"
 #include "results/step_records.hpp"
 
@@ -62,9 +61,8 @@ TEST_F(RecordBatches, BatchesShareOneBannerNumberOnAndCloseOnceWithProgressEvery
 }
 
 TEST_F(RecordBatches, LinesAreCountedAndNumberedByTheirOwnOldRules) {
-    // Stress lines follow the point count of the running index within the batch, strain lines
-    // that of the index within the group, both counted from the model's first element. Batches
-    // of 1, 2 and 1 files: the third is numbered from 2 x 2 x 1 + 1 = 5, one past its element.
+    // Stress lines take the point count of the index within the batch, strain lines that within
+    // the group, from the first element; the third batch is numbered from 2 x 2 x 1 + 1 = 5.
     model = SmallModel(4, 1);
     const std::vector<int> points = {4, 9, 4, 4};
     for (size_t e = 0; e < points.size(); ++e) model.elements[e].gaussCount = points[e];

@@ -1,18 +1,23 @@
-// Test support for the result writers: a small soil model in memory, work files written into a
-// scratch working directory, and pieces of the texts to compare.
+// Test support for the response syntheses and the result writers: small soil models in memory,
+// work files written and read whole in a scratch working directory, pieces of the texts to compare.
 #pragma once
 
 #include <gmock/gmock.h>
 
 #include <boost/make_shared.hpp>
+#include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
+#include <numbers>
 #include <sstream>
 
 #include "element/gauss_rule.hpp"
 #include "element/shape_function.hpp"
+#include "response/work_files.hpp"
 #include "run/analysis_data.hpp"
 #include "support/project_fixture.hpp"
 
@@ -42,38 +47,61 @@ class ScratchWorkingDirectory : public ProjectFolder {
     std::filesystem::path previous_ = std::filesystem::current_path();
 };
 
-// A row of `columns` 4-node elements, 1 m high (bottom node row first), one elastic material of
-// G/G0 = 0.8, a wave of `steps` samples at 0.01 s; all spectra zero.
+// The wave samples (m/s2) zero-padded to P, with their spectrum, transform, step and line count.
+inline void SetWave(CAnalysisData& analysis, const std::vector<double>& samples, size_t P,
+                    double dt, int frequencyCount) {
+    analysis.seismicWaves.assign(1, CSeismicWave());
+    CSeismicWave& wave = analysis.seismicWaves[0];
+    wave.timeStep = analysis.timeStep = dt;
+    wave.sampleCount = static_cast<int>(samples.size());
+    wave.acc = samples;
+    wave.acc.resize(P, 0.0);
+    analysis.frequencyCount = frequencyCount;
+    analysis.transformHandle = std::make_unique<FourierTransform>(P);
+    analysis.waveSpectrum = ComplexVector(P);
+    for (size_t i = 0; i < P; ++i) analysis.waveSpectrum[i] = wave.acc[i];
+    analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
+}
+
+// A node with zero spectra of P/2 + 1 lines.
+inline int AddNode(CAnalysisData& analysis, double x, double y) {
+    CNode& node = analysis.nodes.emplace_back(x, y, 0.0);
+    node.dispX = node.dispY = ComplexVector(analysis.PaddedLength() / 2 + 1);
+    return static_cast<int>(analysis.nodes.size()) - 1;
+}
+
+// An element of 4, 6 or 8 nodes with its shape function and the rule of the argument given.
+inline CElement& AddElement(CAnalysisData& analysis, const std::vector<int>& nodes,
+                            int ruleArgument, const boost::shared_ptr<DAT_Material>& material) {
+    CElement& element = analysis.elements.emplace_back();
+    const int n = static_cast<int>(nodes.size());
+    element.nodes = nodes;
+    if (n == 4) element.shapeFunction.reset(new IsoParametricQuadSquare());
+    if (n == 6) element.shapeFunction.reset(new ShapeFuncOfSecondTriangle());
+    if (n == 8) element.shapeFunction.reset(new IsoParametricSecondSquare());
+    element.gaussRule = boost::make_shared<DefaultGauss>(ruleArgument, n);
+    element.gaussPoints = element.gaussRule->points;
+    element.gaussCount = static_cast<int>(element.gaussPoints.size());
+    element.ruleCount = element.gaussRule->count;
+    element.material = material;
+    return element;
+}
+
+// A row of `columns` 1 m 4-node elements (bottom nodes first), one elastic material of G/G0 = 0.8,
+// `steps` zero samples at 0.01 s.
 inline CAnalysisData SmallModel(int columns, int steps) {
     CAnalysisData model;
-    int padded = 1;
-    while (padded < steps) padded *= 2;
+    size_t padded = 1;
+    while (padded < size_t(steps)) padded *= 2;
+    SetWave(model, std::vector<double>(steps, 0.0), padded, 0.01, int(padded / 2));
     for (int row = 0; row < 2; ++row)
-        for (int i = 0; i <= columns; ++i) {
-            model.nodes.emplace_back(1.0 * i, row - 1.0, 0.0);
-            model.nodes.back().dispX = model.nodes.back().dispY = ComplexVector(padded);
-        }
+        for (int i = 0; i <= columns; ++i) AddNode(model, 1.0 * i, row - 1.0);
     auto material = boost::make_shared<DAT_Elastic>();
     material->G0 = 50.0;
     material->G = 40.0;
     model.materials.push_back(material);
-    for (int e = 0; e < columns; ++e) {
-        CElement& element = model.elements.emplace_back();
-        element.nodes = {e, e + 1, columns + 2 + e, columns + 1 + e};
-        element.gaussRule = boost::make_shared<DefaultGauss>(2, 4);
-        element.gaussPoints = element.gaussRule->points;
-        element.gaussCount = static_cast<int>(element.gaussPoints.size());
-        element.ruleCount = element.gaussRule->count;
-        element.shapeFunction = boost::make_shared<IsoParametricQuadSquare>();
-        element.material = material;
-    }
-    CSeismicWave& wave = model.seismicWaves.emplace_back();
-    wave.timeStep = model.timeStep = 0.01;
-    wave.sampleCount = steps;
-    wave.acc.assign(padded, 0.0);
-    model.frequencyCount = padded / 2;
-    model.waveSpectrum = ComplexVector(padded);
-    model.transformHandle = std::make_unique<FourierTransform>(padded);
+    for (int e = 0; e < columns; ++e)
+        AddElement(model, {e, e + 1, columns + 2 + e, columns + 1 + e}, 2, material);
     model.tolerance = 0.05;
     model.iterationLimit = 10;
     return model;
@@ -84,6 +112,23 @@ void WriteWords(const std::string& path, const std::vector<T>& values) {
     std::ofstream(path, std::ios::binary)
         .write(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T));
 }
+
+// The file read whole as little-endian values (the test hosts are little-endian too).
+template <typename T>
+std::vector<T> ReadValues(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<T> values(bytes.size() / sizeof(T));
+    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
+    return values;
+}
+
+// A scratch working directory and an empty analysis.
+class SynthesisTest : public testing::Test {
+  protected:
+    ScratchWorkingDirectory project;
+    CAnalysisData analysis;
+};
 
 // Six-value records of elements first .. first + count - 1 in work-file order, each value
 // telling its place apart: 1000 element + 100 point + 10 step + i.

@@ -1,6 +1,5 @@
 #include "results/step_model.hpp"
 
-#include "response/work_files.hpp"
 #include "results/model_head.hpp"
 #include "results/result_model_fixture.hpp"
 
