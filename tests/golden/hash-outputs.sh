@@ -8,7 +8,9 @@ set -euo pipefail
 root="$(cd "$(dirname "$0")/../.." && pwd)"
 build="$(cd "${1:-$root/build}" && pwd)"
 program="${VARNEK_PROGRAM:-$build/varnek}"
-work="$(mktemp -d)"
+# A fixed folder: the program prints the project path, so the console hashes depend on it.
+work="${VARNEK_GOLDEN_FOLDER:-/tmp/varnek-golden}"
+rm -rf "$work" && mkdir -p "$work"
 trap 'rm -rf "$work"' EXIT
 
 python3 "$root/tests/golden/make_projects.py" "$work"
