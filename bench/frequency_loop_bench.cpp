@@ -24,11 +24,11 @@
 #include <string>
 #include <vector>
 
-#include "boundary/element_matrices.hpp"
-#include "boundary/viscous_boundary.hpp"
-#include "run/frequency_loop.hpp"
-#include "run/line_system_chain.hpp"
-#include "run/line_vectors.hpp"
+#include "fem/element_matrices.hpp"
+#include "fem/viscous_boundary.hpp"
+#include "solve/frequency_loop.hpp"
+#include "solve/line_system_chain.hpp"
+#include "solve/line_vectors.hpp"
 #include "structured_mesh.hpp"
 
 namespace {
@@ -100,7 +100,7 @@ void BuildModel(BenchModel& m, int nodesPerElement, int equations, int lines, in
     for (auto& motion : m.freeFieldMotion)
         for (size_t k = 0; k < n; k += 2) motion[k] = Complex(1.0, 0.0);
 
-    m.terms.sideBoundaryType = mode;
+    m.terms.side = SideTreatmentOf(mode);
     m.terms.duration = paddedLength * m.analysis.timeStep;
     m.terms.mass = &m.mass;
     m.terms.baseViscous = &m.baseViscous;
@@ -144,7 +144,7 @@ std::pair<double, double> SolvePlainLine(BenchModel& m, int i) {
                       m.analysis.equationMap, m.analysis.dofFixed, packed.data());
     const double formed = omp_get_wtime();
     const int status = chain.system.solve(packed.data());
-    if (status != 0) FailSolve(status);
+    if (status != 0) StopOnSolverFailure(SolveFailureMessage(status));
     StoreLineSolution(packed.data(), m.analysis.dofFixed, i, m.analysis.nodes);
     return {formed - start, omp_get_wtime() - formed};
 }

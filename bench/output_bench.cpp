@@ -20,13 +20,13 @@
 #include <string>
 #include <vector>
 
-#include "response/time_history_text.hpp"
+#include "base/platform.hpp"
+#include "model/analysis_data.hpp"
 #include "response/work_files.hpp"
 #include "results/maximum_model.hpp"
 #include "results/record_batches.hpp"
 #include "results/step_model.hpp"
-#include "run/analysis_data.hpp"
-#include "run/platform.hpp"
+#include "results/time_history_text.hpp"
 
 namespace fs = std::filesystem;
 

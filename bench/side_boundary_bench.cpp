@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "boundary/transmitting_boundary.hpp"
+#include "input/transmitting_boundary.hpp"
 
 namespace {
 constexpr int kWidth = 11;  // node columns of the mesh

@@ -46,7 +46,7 @@ CElement MakeElement(const boost::shared_ptr<DAT_ShapeFunction>& shape,
 boost::shared_ptr<DAT_Material> ElasticMaterial(double G, double h, double nu, double rho) {
     BuildConstantOperators();
     auto m = boost::make_shared<DAT_Elastic>();
-    m->type = 5;
+    m->type = MaterialModel::kElastic;
     m->rho1 = m->rho2 = rho;
     m->G0 = m->G = G;
     m->h = h;

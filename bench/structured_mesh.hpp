@@ -6,7 +6,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "element/material.hpp"
-#include "run/analysis_data.hpp"
+#include "model/analysis_data.hpp"
 
 struct SectionGrid {
     int nodesPerElement = 4;   // 4 or 8: quadrilaterals; 6: each cell split into two triangles

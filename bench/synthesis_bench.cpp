@@ -21,12 +21,14 @@
 #include <string>
 #include <vector>
 
+#include "base/platform.hpp"
 #include "element/gauss_rule.hpp"
 #include "element/shape_function.hpp"
+#include "model/analysis_data.hpp"
 #include "response/element_stress_pass.hpp"
+#include "response/motion_synthesis.hpp"
+#include "response/stress_strain_synthesis.hpp"
 #include "response/work_files.hpp"
-#include "run/analysis_data.hpp"
-#include "run/platform.hpp"
 
 namespace {
 
@@ -168,9 +170,9 @@ int main(int argc, char** argv) {
                  analysis.PaddedLength(), workers);
 
     Measure("displacement", {work_files::kDisp, work_files::kMaxDisp},
-            [&] { analysis.CalcDisplacementHistory(); });
+            [&] { CalcDisplacementHistory(analysis); });
     Measure("acceleration", {work_files::kAcc, work_files::kMaxAcc},
-            [&] { analysis.CalcAccelerationHistory(); });
+            [&] { CalcAccelerationHistory(analysis); });
 
     // The driver's partition: equal groups, the remainder in the last.
     const uint32_t quotient = analysis.elements.size() / workers;
@@ -182,8 +184,8 @@ int main(int argc, char** argv) {
         groupFiles.insert(groupFiles.end(), f.begin(), f.end());
     }
     Measure("stress and strain, groups", groupFiles,
-            [&] { analysis.RunStressStrainGroups(workers, groupSizes); });
+            [&] { RunStressStrainGroups(analysis, workers, groupSizes); });
     Measure("stress and strain, single", SetFiles(SingleSetNames()),
-            [&] { analysis.CalcStressStrainSerial(); });
+            [&] { CalcStressStrainSerial(analysis); });
     return 0;
 }

@@ -1,7 +1,7 @@
 // The process-wide constant 4 x 4 operators over the components x, y, z, xy.
 #pragma once
 
-#include "element/small_matrix.hpp"
+#include "linalg/small_matrix.hpp"
 
 extern RealMatrix gVolumeOperator;      // ones in the upper left 3 x 3 block; kept, read by nothing
 extern RealMatrix gDiagOperator;        // diag(1, 1, 1, 0.5); kept, read by nothing

@@ -2,12 +2,13 @@
 
 #include <cmath>
 #include <cstdio>
+#include <numbers>
 
-#include "run/platform.hpp"
+#include "base/console.hpp"
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
 
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 struct TablePoint {
     double x, y, weight;
@@ -100,8 +101,8 @@ double BisectLegendreRoot(int n, double lo, double hi) {
         else
             lo = mid;
     }
-    std::printf("error!!\n");
-    TerminateRun(1);
+    console::Out("error!!\n");
+    StopRun(ExitStatus::kRuleFailure);
 }
 
 }  // namespace
@@ -123,8 +124,8 @@ void GaussLegendre(int n, std::vector<double>& r, std::vector<double>& w) {
     const int m = n / 2;
     for (int i = 0; i < m; ++i) {
         const int k = 2 * (i + 1);
-        const double lo = std::sin((n - k) * kPi / (2 * n));
-        const double hi = std::sin((n + 2 - k) * kPi / (2 * n));
+        const double lo = std::sin((n - k) * std::numbers::pi / (2 * n));
+        const double hi = std::sin((n + 2 - k) * std::numbers::pi / (2 * n));
         const double root = BisectLegendreRoot(n, lo, hi);
         r[i] = root;
         r[n - 1 - i] = -root;

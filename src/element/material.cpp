@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "element/constant_operators.hpp"
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
-
 // The value of a cosine transition at the normalised strain x: `atZero` at x = 0, tending to
 // `atInfinity` as x grows, with the shape constant beta.
 double CosineTransition(double x, double beta, double atZero, double atInfinity) {
-    return std::cos(kPi * x / (beta + x)) * (atZero - atInfinity) / 2 + (atInfinity + atZero) / 2;
+    return std::cos(std::numbers::pi * x / (beta + x)) * (atZero - atInfinity) / 2 +
+           (atInfinity + atZero) / 2;
 }
 
 }  // namespace

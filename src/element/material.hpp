@@ -5,11 +5,19 @@
 #include <vector>
 
 #include "element/point.hpp"
-#include "element/small_matrix.hpp"
+#include "linalg/small_matrix.hpp"
+
+// The material models, by the code that names them in the material file. Any code other than
+// these two names the table model.
+enum class MaterialModel : int {
+    kTable = 2,       // G/G0 and damping from a table against shear strain
+    kHyperbolic = 4,  // generalised hyperbolic (GHE) model
+    kElastic = 5,     // linear elastic: constant modulus and damping
+};
 
 class DAT_Material {
   public:
-    int type = 0;  // 5 elastic, 4 GHE model, 2 table model
+    MaterialModel type = MaterialModel::kTable;
     double rho1 = 0.0;
     double rho2 = 0.0;
     double value3 = 0.0;
@@ -29,6 +37,8 @@ class DAT_Material {
     ComplexMatrix D = ComplexMatrix(4, 4);
 
     virtual ~DAT_Material() = default;
+    // Whether the modulus and damping follow the strain (every model but the elastic one).
+    bool StrainDependent() const { return type != MaterialModel::kElastic; }
     // Modulus term at a shear strain (G/G0 for the strain-dependent models, G0 for elastic).
     virtual double CalcG(double strain) = 0;
     // Damping ratio at a shear strain.

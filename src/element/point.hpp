@@ -1,7 +1,7 @@
 // Points of the mesh: nodes with their response spectra, and integration points.
 #pragma once
 
-#include "element/small_matrix.hpp"
+#include "linalg/small_matrix.hpp"
 
 class CPoint {
   public:

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "element/point.hpp"
-#include "element/small_matrix.hpp"
+#include "linalg/small_matrix.hpp"
 
 class DAT_ShapeFunction {
   public:

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
 namespace {
 
@@ -26,8 +27,8 @@ Complex ScaledTerm(double real, double imag, double factor) {
 
 }  // namespace
 
-void CAnalysisData::ReadBoundary(ConditionList& conditions, const std::string& path) {
-    const int nodeCount = static_cast<int>(nodes.size());
+void ReadBoundary(CAnalysisData& analysis, ConditionList& conditions, const std::string& path) {
+    const int nodeCount = static_cast<int>(analysis.nodes.size());
     ReadDataLines(path, "BCDispData:Reading error", [&](const std::string& line, int number) {
         auto requireNode = [&](int node, const char* what) {
             if (node >= 0 && node < nodeCount) return;
@@ -79,10 +80,10 @@ void CAnalysisData::ReadBoundary(ConditionList& conditions, const std::string& p
     });
 }
 
-void CAnalysisData::AddIdleNodeBoundaries(ConditionList& conditions) {
+void AddIdleNodeBoundaries(CAnalysisData& analysis, ConditionList& conditions) {
     // A node in no element has no stiffness: both of its directions are fixed.
-    std::vector<bool> used(nodes.size(), false);
-    for (const CElement& element : elements)
+    std::vector<bool> used(analysis.nodes.size(), false);
+    for (const CElement& element : analysis.elements)
         for (int node : element.nodes)
             if (node >= 0 && static_cast<size_t>(node) < used.size()) used[node] = true;
     for (size_t node = 0; node < used.size(); ++node) {

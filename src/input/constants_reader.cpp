@@ -2,9 +2,10 @@
 #include <string>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
-void CAnalysisData::ReadConstants(const std::string& path) {
+void ReadConstants(CAnalysisData& analysis, const std::string& path) {
     if (path.empty()) return;
     const NumberList numbers = ReadNumbers(path, "dConstantData:Reading error");
     constexpr size_t kRequired = 7;
@@ -15,11 +16,11 @@ void CAnalysisData::ReadConstants(const std::string& path) {
                            std::to_string(numbers.values.size()));
     }
     const auto& v = numbers.values;
-    cutoffFrequency = v[0];
-    secondConstant = v[1];
-    timeStep = v[2];
-    tolerance = v[3];
-    effectiveStrainRatio = v[4];
-    iterationLimit = TruncateToInt(v[5]);
-    sideBoundaryType = TruncateToInt(v[6]);
+    analysis.cutoffFrequency = v[0];
+    analysis.secondConstant = v[1];
+    analysis.timeStep = v[2];
+    analysis.tolerance = v[3];
+    analysis.effectiveStrainRatio = v[4];
+    analysis.iterationLimit = TruncateToInt(v[5]);
+    analysis.sideBoundaryType = TruncateToInt(v[6]);
 }

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
 namespace {
 
@@ -41,10 +42,11 @@ boost::shared_ptr<DAT_ShapeFunction> MakeShapeFunction(int nodeCount) {
 
 }  // namespace
 
-void CAnalysisData::ReadElements(const std::string& elementPath, const std::string& materialPath) {
-    ReadMaterials(materials, materialPath);
-    const int materialCount = static_cast<int>(materials.size());
-    const int nodeCount = static_cast<int>(nodes.size());
+void ReadElements(CAnalysisData& analysis, const std::string& elementPath,
+                  const std::string& materialPath) {
+    ReadMaterials(analysis.materials, materialPath);
+    const int materialCount = static_cast<int>(analysis.materials.size());
+    const int nodeCount = static_cast<int>(analysis.nodes.size());
 
     ReadDataLines(elementPath, "ElemData:Reading error", [&](const std::string& line, int number) {
         auto stop = [&](const std::string& fault) { StopOnBadInput(elementPath, number, fault); };
@@ -53,7 +55,7 @@ void CAnalysisData::ReadElements(const std::string& elementPath, const std::stri
         int selector = -1;
         const int scanned = std::sscanf(line.c_str(), "%d %d %d", &material, &count, &selector);
         if (scanned < 1) stop("an element line needs a material index and a node count");
-        if (material > materialCount) FailReading("ERROR:MaterialDat");
+        if (material > materialCount) StopOnUnreadableInput("ERROR:MaterialDat");
         if (count < 0) stop("the element line gives no node count");
         const ElementKind* kind = KindOf(count);
         if (kind == nullptr) return;  // no element of this many nodes: the line is passed over
@@ -76,11 +78,11 @@ void CAnalysisData::ReadElements(const std::string& elementPath, const std::stri
         }
         element.shapeFunction = MakeShapeFunction(count);
         element.gaussRule = boost::make_shared<DefaultGauss>(kind->ruleArgument, count);
-        element.material = materials[static_cast<size_t>(material)];
+        element.material = analysis.materials[static_cast<size_t>(material)];
         element.gaussCount = static_cast<int>(element.gaussRule->points.size());
         element.ruleCount = element.gaussRule->count;
         element.gaussPoints = element.gaussRule->points;
         element.usesFirstDensity = selector == 1;
-        elements.push_back(std::move(element));
+        analysis.elements.push_back(std::move(element));
     });
 }

@@ -3,7 +3,8 @@
 #include <string>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
 namespace {
 // The list has eighteen slots; only the first six name files that are read.
@@ -11,7 +12,8 @@ constexpr size_t kSlotCount = 18;
 enum Slot { kConstants = 0, kWave = 1, kNodes = 2, kElements = 3, kMaterials = 4, kBoundary = 5 };
 }  // namespace
 
-void CAnalysisData::ReadFileList(const std::string& filelistPath, const std::string& folder) {
+void ReadFileList(CAnalysisData& analysis, const std::string& filelistPath,
+                  const std::string& folder) {
     std::array<std::string, kSlotCount> slots;
     size_t next = 0;
     const std::string failure = "Filelist:Reading error\n" + filelistPath + "\n" + folder;
@@ -22,10 +24,10 @@ void CAnalysisData::ReadFileList(const std::string& filelistPath, const std::str
     });
     if (!read) return;
 
-    ReadConstants(slots[kConstants]);
-    ReadSeismic(slots[kWave]);
-    ReadNodes(slots[kNodes]);
-    ReadElements(slots[kElements], slots[kMaterials]);
-    ReadBoundary(boundaryConds, slots[kBoundary]);
-    AddIdleNodeBoundaries(boundaryConds);
+    ReadConstants(analysis, slots[kConstants]);
+    ReadSeismic(analysis, slots[kWave]);
+    ReadNodes(analysis, slots[kNodes]);
+    ReadElements(analysis, slots[kElements], slots[kMaterials]);
+    ReadBoundary(analysis, analysis.boundaryConds, slots[kBoundary]);
+    AddIdleNodeBoundaries(analysis, analysis.boundaryConds);
 }

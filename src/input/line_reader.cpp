@@ -5,7 +5,8 @@
 #include <fstream>
 #include <iostream>
 
-#include "run/platform.hpp"
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
 
 void StripCarriageReturn(std::string& line) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -35,7 +36,7 @@ bool ReadDataLines(const std::string& path, const std::string& failureMessage,
         if (!line.empty() && line[0] == '\n') return;
         handler(line, number);
     });
-    if (!opened) FailReading(failureMessage);
+    if (!opened) StopOnUnreadableInput(failureMessage);
     return true;
 }
 
@@ -49,18 +50,6 @@ NumberList ReadNumbers(const std::string& path, const std::string& failureMessag
         }
     });
     return list;
-}
-
-void FailReading(const std::string& message) {
-    std::cout << message << std::endl;
-    WaitForOneCharacter();
-    TerminateRun(0);
-}
-
-void StopOnBadInput(const std::string& path, int lineNumber, const std::string& fault) {
-    std::cout.flush();
-    std::cerr << path << ":" << lineNumber << ": " << fault << std::endl;
-    TerminateRun(2);
 }
 
 int TruncateToInt(double value) {

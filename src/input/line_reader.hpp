@@ -1,9 +1,12 @@
-// The shared skeleton of the text readers, the number reader, and the two ways a reader stops.
+// The shared skeleton of the text readers and the number reader. A reader stops through the
+// stops of the run (base/run_stop.hpp), which this header brings in.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "base/run_stop.hpp"
 
 // Called with each data line (trailing CR removed) and its 1-based line number in the file.
 using LineHandler = std::function<void(const std::string& line, int lineNumber)>;
@@ -30,14 +33,6 @@ NumberList ReadNumbers(const std::string& path, const std::string& failureMessag
 
 // Removes one trailing carriage return.
 void StripCarriageReturn(std::string& line);
-
-// The failure path of an input reader: the message and a line end on standard output, a wait
-// for one character on standard input, exit status 0.
-[[noreturn]] void FailReading(const std::string& message);
-
-// Input the formats leave undefined (an index beyond a list, a short record): a message on
-// standard error naming the file, the line and the fault, exit status 2.
-[[noreturn]] void StopOnBadInput(const std::string& path, int lineNumber, const std::string& fault);
 
 // A number truncated toward zero to an int, as a count or a code is read; values beyond the
 // int range (and NaN) are clamped so that the caller's checks see them as out of range.

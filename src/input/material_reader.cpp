@@ -6,17 +6,15 @@
 #include <boost/make_shared.hpp>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <string>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
-constexpr int kElasticCode = 5;
-constexpr int kGheCode = 4;
-constexpr int kTableType = 2;
 constexpr size_t kCommonLength = 7;
 constexpr size_t kGheLength = 18;
 constexpr size_t kTableHeadLength = 8;
@@ -62,9 +60,9 @@ bool NearOne(double value) {
 
 boost::shared_ptr<DAT_Material> ReadGheRecord(const RecordCursor& v, size_t p) {
     auto m = boost::make_shared<DAT_GHEmodel>();
-    m->type = kGheCode;
+    m->type = MaterialModel::kHyperbolic;
     ReadCommonFields(*m, v, p);
-    m->phi = (v[p + 7] / 180.0) * kPi;  // degrees in the file
+    m->phi = (v[p + 7] / 180.0) * std::numbers::pi;  // degrees in the file
     m->c = v[p + 8];
     m->beta1 = v[p + 9];
     m->beta2 = v[p + 10];
@@ -85,7 +83,7 @@ boost::shared_ptr<DAT_Material> ReadGheRecord(const RecordCursor& v, size_t p) {
 // percent.
 boost::shared_ptr<DAT_Material> ReadTableRecord(const RecordCursor& v, size_t p, size_t n) {
     auto m = boost::make_shared<DAT_Othermoel>();
-    m->type = kTableType;
+    m->type = MaterialModel::kTable;
     ReadCommonFields(*m, v, p);
     const size_t first = p + kTableHeadLength;
     for (size_t j = 0; j < n; ++j) {
@@ -98,7 +96,7 @@ boost::shared_ptr<DAT_Material> ReadTableRecord(const RecordCursor& v, size_t p,
 
 }  // namespace
 
-void CAnalysisData::ReadMaterials(MaterialList& list, const std::string& path) {
+void ReadMaterials(MaterialList& list, const std::string& path) {
     if (path.empty()) return;
     const NumberList numbers = ReadNumbers(path, "dConstantData:Reading error");
     if (numbers.values.empty()) StopOnBadInput(path, 0, "the file gives no number of materials");
@@ -110,13 +108,13 @@ void CAnalysisData::ReadMaterials(MaterialList& list, const std::string& path) {
         const int code = TruncateToInt(v[p]);
         boost::shared_ptr<DAT_Material> material;
         size_t length = kCommonLength;
-        if (code == kElasticCode) {
+        if (code == static_cast<int>(MaterialModel::kElastic)) {
             v.Require(p, length, index);
             auto elastic = boost::make_shared<DAT_Elastic>();
-            elastic->type = code;
+            elastic->type = MaterialModel::kElastic;
             ReadCommonFields(*elastic, v, p);
             material = elastic;
-        } else if (code == kGheCode) {
+        } else if (code == static_cast<int>(MaterialModel::kHyperbolic)) {
             length = kGheLength;
             v.Require(p, length, index);
             material = ReadGheRecord(v, p);

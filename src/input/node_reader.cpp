@@ -3,13 +3,15 @@
 #include <string>
 
 #include "input/line_reader.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
 
-void CAnalysisData::ReadNodes(const std::string& path) {
+void ReadNodes(CAnalysisData& analysis, const std::string& path) {
     if (path.empty()) return;
     // Each node carries its x and y response for the lines 0 .. P/2 of the padded wave.
-    if (seismicWaves.empty()) StopOnBadInput(path, 0, "the nodes are read before any wave");
-    const size_t spectrumLength = static_cast<size_t>(PaddedLength() / 2 + 1);
+    if (analysis.seismicWaves.empty())
+        StopOnBadInput(path, 0, "the nodes are read before any wave");
+    const size_t spectrumLength = static_cast<size_t>(analysis.PaddedLength() / 2 + 1);
     ReadDataLines(path, "NodeData:Reading error", [&](const std::string& line, int) {
         double x = 0.0, y = 0.0;
         // A line that does not give both coordinates takes no node number.
@@ -17,6 +19,6 @@ void CAnalysisData::ReadNodes(const std::string& path) {
         CNode node(x, y, 0.0);
         node.dispX = ComplexVector(spectrumLength);
         node.dispY = ComplexVector(spectrumLength);
-        nodes.push_back(std::move(node));
+        analysis.nodes.push_back(std::move(node));
     });
 }

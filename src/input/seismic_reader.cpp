@@ -6,10 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "base/console.hpp"
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
 #include "input/line_reader.hpp"
+#include "input/model_readers.hpp"
 #include "input/wave_resampling.hpp"
-#include "run/analysis_data.hpp"
-#include "run/platform.hpp"
+#include "model/analysis_data.hpp"
 
 namespace {
 
@@ -39,7 +42,7 @@ constexpr double kLongestWave = 1073741824.0;  // 2^30 samples
 
 }  // namespace
 
-void CAnalysisData::ReadSeismic(const std::string& path) {
+void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
     WaveFile file;
     const bool read =
         ReadDataLines(path, "SesmicData:Reading error", [&](const std::string& line, int number) {
@@ -70,26 +73,26 @@ void CAnalysisData::ReadSeismic(const std::string& path) {
     for (double& value : file.values) value = value * 0.01 * factor;  // gal to m/s2
     const double tEnd = file.times.empty() ? 0.0 : file.times.back();
 
-    if (timeStep == 0.0) {
-        std::printf("時間間隔が設定されておりません\n");
-        TerminateRun(2);  // no wave, so nothing after this can run
+    if (analysis.timeStep == 0.0) {
+        console::Out("時間間隔が設定されておりません\n");
+        StopRun(ExitStatus::kBadInput);  // no wave, so nothing after this can run
     }
     const double tStart = 0.0;
-    const double length = ResampledLength(tStart, tEnd, timeStep);
-    if (!(timeStep > 0.0) || !(length >= 1.0) || !(length <= kLongestWave)) {
+    const double length = ResampledLength(tStart, tEnd, analysis.timeStep);
+    if (!(analysis.timeStep > 0.0) || !(length >= 1.0) || !(length <= kLongestWave)) {
         char fault[160];
         std::snprintf(fault, sizeof fault,
                       "time step %g and last sample time %g give no wave of 1 to 2^30 samples",
-                      timeStep, tEnd);
+                      analysis.timeStep, tEnd);
         StopOnBadInput(path, file.lastLine, fault);
     }
 
     CSeismicWave wave;
     wave.id = 0;
-    wave.timeStep = timeStep;
+    wave.timeStep = analysis.timeStep;
     wave.sampleCount = static_cast<int>(length);
     wave.acc.assign(static_cast<size_t>(wave.sampleCount), 0.0);
-    if (!ResampleLinear(file.times, file.values, timeStep, tStart, tEnd, wave.acc))
+    if (!ResampleLinear(file.times, file.values, analysis.timeStep, tStart, tEnd, wave.acc))
         std::printf("地震波形が不正な時間間隔で指定されました\n");
 
     const size_t n = wave.acc.size();
@@ -100,22 +103,23 @@ void CAnalysisData::ReadSeismic(const std::string& path) {
         wave.acc.resize(padded, 0.0);
     }
     const double p = static_cast<double>(padded);
-    std::printf("SeismicTime = %lf\n", p * timeStep);
-    std::printf(" Seismic data : fmin = %.2lf\tfmax = %.2lf\n", 1.0 / (p * timeStep),
-                0.5 / timeStep);
+    std::printf("SeismicTime = %lf\n", p * analysis.timeStep);
+    std::printf(" Seismic data : fmin = %.2lf\tfmax = %.2lf\n", 1.0 / (p * analysis.timeStep),
+                0.5 / analysis.timeStep);
 
     // The cut-off never passes the Nyquist frequency; at or above it, it becomes it.
-    frequencyCount = CountFrequencyLines(cutoffFrequency, padded, timeStep);
+    analysis.frequencyCount =
+        CountFrequencyLines(analysis.cutoffFrequency, padded, analysis.timeStep);
     const int halfPlusOne = static_cast<int>(padded / 2 + 1);
-    if (!(halfPlusOne > frequencyCount)) {
-        frequencyCount = halfPlusOne;
-        cutoffFrequency = 0.5 / timeStep;
+    if (!(halfPlusOne > analysis.frequencyCount)) {
+        analysis.frequencyCount = halfPlusOne;
+        analysis.cutoffFrequency = 0.5 / analysis.timeStep;
     }
 
-    transformHandle = std::make_unique<FourierTransform>(padded);
-    waveSpectrum = ComplexVector(padded);
-    for (size_t i = 0; i < padded; ++i) waveSpectrum[i] = Complex(wave.acc[i], 0.0);
-    transformHandle->Forward(waveSpectrum.begin_ptr());
+    analysis.transformHandle = std::make_unique<FourierTransform>(padded);
+    analysis.waveSpectrum = ComplexVector(padded);
+    for (size_t i = 0; i < padded; ++i) analysis.waveSpectrum[i] = Complex(wave.acc[i], 0.0);
+    analysis.transformHandle->Forward(analysis.waveSpectrum.begin_ptr());
 
-    seismicWaves.push_back(std::move(wave));
+    analysis.seismicWaves.push_back(std::move(wave));
 }

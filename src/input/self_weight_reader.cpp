@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "input/line_reader.hpp"
-#include "input/self_weight_stress.hpp"
-#include "run/analysis_data.hpp"
+#include "input/model_readers.hpp"
+#include "model/analysis_data.hpp"
+#include "model/self_weight_stress.hpp"
 
 namespace {
 constexpr const char* kStressMarker = "---- stress ----";
 constexpr double kGravity = 9.80665;  // tf/m2 to kN/m2
 constexpr double kTensileConfinementFloor = 0.010132500000000001;
-constexpr int kGheType = 4;
 }  // namespace
 
 double GheStrength(const DAT_GHEmodel& material, double sx, double sy, double sxy) {
@@ -31,7 +31,7 @@ double GheStrength(const DAT_GHEmodel& material, double sx, double sy, double sx
     return (q + material.c) / material.strengthDivisor;
 }
 
-void CAnalysisData::ReadSelfWeightStress(const std::string& path) {
+void ReadSelfWeightStress(CAnalysisData& analysis, const std::string& path) {
     // Everything behind the marker line, with no comment rule.
     std::vector<std::string> block;
     bool inBlock = false;
@@ -41,15 +41,15 @@ void CAnalysisData::ReadSelfWeightStress(const std::string& path) {
         else
             inBlock = line == kStressMarker;
     });
-    if (!opened) FailReading("自重解析:Reading error");
+    if (!opened) StopOnUnreadableInput("自重解析:Reading error");
 
     // Order alone ties a line to its point. A line that does not scan, and every point past the
     // end of the block, keeps the values of the line before.
     int pointNumber = 0;
     double s[6] = {};
     size_t next = 0;
-    for (CElement& element : elements) {
-        auto* ghe = element.material->type == kGheType
+    for (CElement& element : analysis.elements) {
+        auto* ghe = element.material->type == MaterialModel::kHyperbolic
                         ? dynamic_cast<DAT_GHEmodel*>(element.material.get())
                         : nullptr;
         for (CGauss& point : element.gaussPoints) {

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "boundary/element_matrices.hpp"
-#include "element/element.hpp"
+#include "fem/element_matrices.hpp"
+#include "model/analysis_data.hpp"
+#include "model/element.hpp"
 #include "response/gauss_step_response.hpp"
 #include "response/work_file_writer.hpp"
-#include "run/analysis_data.hpp"
 
 // The record streams take 24 bytes per step and point: they get large buffers of their own.
 constexpr size_t kRecordStreamBufferBytes = 262144;

@@ -7,7 +7,7 @@
 #include <array>
 #include <cmath>
 
-#include "element/small_matrix.hpp"
+#include "linalg/small_matrix.hpp"
 
 using Vector4 = std::array<double, 4>;
 using WorkRecord = std::array<float, 6>;

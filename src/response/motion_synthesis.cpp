@@ -138,10 +138,10 @@ void WriteMotionHistories(const CAnalysisData& analysis, MotionKind kind, size_t
     if (pending.valid()) pending.get();
 }
 
-void CAnalysisData::CalcDisplacementHistory() {
-    WriteMotionHistories(*this, MotionKind::Displacement);
+void CalcDisplacementHistory(const CAnalysisData& analysis) {
+    WriteMotionHistories(analysis, MotionKind::Displacement);
 }
 
-void CAnalysisData::CalcAccelerationHistory() {
-    WriteMotionHistories(*this, MotionKind::Acceleration);
+void CalcAccelerationHistory(const CAnalysisData& analysis) {
+    WriteMotionHistories(analysis, MotionKind::Acceleration);
 }

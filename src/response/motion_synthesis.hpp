@@ -6,9 +6,9 @@
 #include <cstddef>
 
 #include "element/point.hpp"
-#include "element/small_matrix.hpp"
-#include "run/analysis_data.hpp"
-#include "run/fourier_transform.hpp"
+#include "linalg/fourier_transform.hpp"
+#include "linalg/small_matrix.hpp"
+#include "model/analysis_data.hpp"
 
 enum class MotionKind {
     Displacement,  // relative displacement in x and y, no mean
@@ -37,3 +37,7 @@ constexpr size_t kMotionBlockBytes = size_t(16) << 20;
 // series data held in memory per block.
 void WriteMotionHistories(const CAnalysisData& analysis, MotionKind kind,
                           size_t blockBytes = kMotionBlockBytes);
+
+// The displacement and the acceleration histories of every node into their work files.
+void CalcDisplacementHistory(const CAnalysisData& analysis);
+void CalcAccelerationHistory(const CAnalysisData& analysis);

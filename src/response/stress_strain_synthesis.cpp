@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "boundary/element_matrices.hpp"
+#include "fem/element_matrices.hpp"
 #include "response/element_stress_pass.hpp"
 
 void CalcStressStrainGroup(const CAnalysisData& analysis, int k,
@@ -20,19 +20,20 @@ void CalcStressStrainGroup(const CAnalysisData& analysis, int k,
     for (size_t e = first; e < last; ++e) pass.Run(analysis.elements[e], files);
 }
 
-void CAnalysisData::CalcStressStrainSerial() {
+void CalcStressStrainSerial(const CAnalysisData& analysis) {
     StressStrainFiles files(SingleSetNames());
-    ElementStressPass pass(*this, RecordSteps::FirstOnly, &GaussStrainHistory);
-    const int elementCount = static_cast<int>(elements.size());
+    ElementStressPass pass(analysis, RecordSteps::FirstOnly, &GaussStrainHistory);
+    const int elementCount = static_cast<int>(analysis.elements.size());
     for (int e = 0; e < elementCount; ++e) {
         std::printf("\r 応力ひずみ計算中　[ %d / %d ] ", e, elementCount);
         std::fflush(stdout);
-        pass.Run(elements[e], files);
+        pass.Run(analysis.elements[e], files);
     }
 }
 
-void CAnalysisData::RunStressStrainGroups(int groupCount, const std::vector<uint32_t>& groupSizes) {
+void RunStressStrainGroups(const CAnalysisData& analysis, int groupCount,
+                           const std::vector<uint32_t>& groupSizes) {
     const int groups = std::min(groupCount, static_cast<int>(groupSizes.size()));
 #pragma omp parallel for schedule(guided, 1)
-    for (int k = 0; k < groups; ++k) CalcStressStrainGroup(*this, k, groupSizes);
+    for (int k = 0; k < groups; ++k) CalcStressStrainGroup(analysis, k, groupSizes);
 }

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <memory>
 
-#include "run/analysis_data.hpp"
-#include "run/fourier_transform.hpp"
+#include "linalg/fourier_transform.hpp"
+#include "model/analysis_data.hpp"
 
 struct SynthesisExtent {
     size_t transformLength = 0;  // P: the length of the padded wave

@@ -2,12 +2,13 @@
 
 #include <iostream>
 
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
 #include "response/work_files.hpp"
 #include "results/model_head.hpp"
 #include "results/record_lines.hpp"
 #include "results/text_buffer.hpp"
 #include "results/work_file_reader.hpp"
-#include "run/platform.hpp"
 
 namespace {
 
@@ -30,8 +31,7 @@ std::vector<std::vector<float>> LoadGroupMaxima(RecordKind kind, int groupCount,
         std::optional<std::vector<float>> words = LoadFloatWords(name);
         if (!words) {
             out.Flush();
-            std::cout << "Error: cannot open file(" << name << ")" << std::endl;
-            TerminateRun(1);
+            StopOnUnopenedFile(name);
         }
         buffers.push_back(std::move(*words));
     }

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "model/analysis_data.hpp"
 #include "results/node_motion.hpp"
 #include "results/text_buffer.hpp"
-#include "run/analysis_data.hpp"
 
 class ModelFileHead {
   public:

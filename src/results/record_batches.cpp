@@ -4,11 +4,12 @@
 #include <cstdio>
 #include <iostream>
 
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
 #include "response/work_files.hpp"
 #include "results/ordered_progress.hpp"
 #include "results/step_records.hpp"
 #include "results/work_file_reader.hpp"
-#include "run/platform.hpp"
 
 namespace {
 
@@ -16,8 +17,7 @@ namespace {
 constexpr int64_t kStepsPerRun = 16;
 
 [[noreturn]] void FailMeasuring(const std::string& name, const char* fault) {
-    std::cerr << "Error : " << name << fault << std::endl;
-    TerminateRun(1);
+    StopOnOutputFault("Error : " + name + fault);
 }
 
 uint64_t MeasureGroupFile(const std::string& name) {
@@ -62,10 +62,7 @@ void AppendRecordPass(RecordKind kind, const CAnalysisData& analysis, const std:
             const std::string name =
                 stress ? work_files::Stress(fileIndex) : work_files::Strain(fileIndex);
             std::optional<std::vector<float>> words = LoadFloatWords(name);
-            if (!words) {
-                std::cout << "Error: cannot open file(" << name << ")" << std::endl;
-                TerminateRun(1);
-            }
+            if (!words) StopOnUnopenedFile(name);
             stepBuffers.push_back(std::move(*words));
             batchSizes.push_back(
                 static_cast<size_t>(fileIndex) < groupSizes.size() ? groupSizes[fileIndex] : 0);

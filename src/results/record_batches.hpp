@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "model/analysis_data.hpp"
 #include "results/record_lines.hpp"
-#include "run/analysis_data.hpp"
 
 // Memory bound of one batch: a batch ends with the file that takes its size above it.
 inline constexpr uint64_t kBatchSizeLimit = 400000000;
@@ -19,7 +19,7 @@ std::vector<int> BatchFileCounts(int groupCount, uint64_t sizeLimit = kBatchSize
 
 // One pass over all batches and steps: the stress (or strain) lines of every step, with the
 // progress "\r時刻歴ファイル出力中(Stress " batch "/" batches ") " step "step" on every tenth
-// step. A group file that cannot be read ends the run with "Error: cannot open file(" name ")"
+// step. A group file that cannot be read ends the run through StopOnUnopenedFile
 // on standard output and status 1.
 void AppendRecordPass(RecordKind kind, const CAnalysisData& analysis, const std::string& folder,
                       int64_t stepCount, const std::vector<uint32_t>& groupSizes,

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
+#include "model/analysis_data.hpp"
 #include "response/work_files.hpp"
 #include "results/text_buffer.hpp"
-#include "run/analysis_data.hpp"
 
 enum class RecordKind { kStress, kStrain };
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "run/analysis_data.hpp"
+#include "model/analysis_data.hpp"
 
 // The whole file of one step, from the node work files and the single set of stress and strain
 // records (single-step output).

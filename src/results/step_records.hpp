@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "model/analysis_data.hpp"
 #include "results/record_lines.hpp"
-#include "run/analysis_data.hpp"
 
 // folder + "output" + step + ".inp".
 std::string StepFileName(const std::string& folder, int64_t step);

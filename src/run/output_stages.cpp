@@ -11,22 +11,25 @@
 #include <string>
 #include <vector>
 
-#include "response/time_history_text.hpp"
+#include "base/platform.hpp"
+#include "base/run_stop.hpp"
+#include "response/motion_synthesis.hpp"
+#include "response/stress_strain_synthesis.hpp"
 #include "response/work_files.hpp"
 #include "results/maximum_model.hpp"
 #include "results/model_head.hpp"
 #include "results/record_batches.hpp"
 #include "results/step_model.hpp"
-#include "run/platform.hpp"
+#include "results/time_history_text.hpp"
 
 namespace {
 
 void SynthesiseMotion(CAnalysisData& analysis) {
     std::cout << "変位計算中" << std::flush;
-    analysis.CalcDisplacementHistory();
+    CalcDisplacementHistory(analysis);
     std::cout << "\r変位計算終了" << std::endl;
     std::cout << "応答加速度計算中" << std::flush;
-    analysis.CalcAccelerationHistory();
+    CalcAccelerationHistory(analysis);
     std::cout << "\r応答加速度終了" << std::endl;
 }
 
@@ -36,10 +39,7 @@ void WriteMaximumFile(const std::string& outputFolder, const Writer& writer) {
     std::cout << "最大値分布出力中" << std::flush;
     const std::string name = outputFolder + "output_max.inp";
     std::FILE* file = std::fopen(name.c_str(), "w");
-    if (file == nullptr) {
-        std::cout << "Error: cannot open file(" << name << ")" << std::endl;
-        TerminateRun(1);
-    }
+    if (file == nullptr) StopOnUnopenedFile(name);
     writer(file);
     std::fclose(file);
     std::cout << "\r最大値分布出力終了" << std::endl;
@@ -52,7 +52,7 @@ void RemoveFiles(const std::vector<std::string>& names) {
 void RunSingleStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
                          const std::string& outputFolder) {
     std::cout << "応力ひずみ計算中" << std::flush;
-    analysis.CalcStressStrainSerial();
+    CalcStressStrainSerial(analysis);
     std::cout << "\r応力ひずみ計算終了" << std::endl;
 
     WriteFullStepFiles(analysis, outputFolder, 1);
@@ -98,7 +98,7 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     // One group per worker thread; a machine of one processor still gets one group.
     const int groupCount = std::max(1, ProcessorCount() - 1);
     const std::vector<uint32_t> groupSizes = GroupSizes(analysis.elements.size(), groupCount);
-    analysis.RunStressStrainGroups(groupCount, groupSizes);
+    RunStressStrainGroups(analysis, groupCount, groupSizes);
     std::cout << "\r応力ひずみ計算終了" << std::endl;
 
     // The spectra are the largest other consumer of memory; the batches need it now.

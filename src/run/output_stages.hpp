@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "run/analysis_data.hpp"
+#include "model/analysis_data.hpp"
 #include "run/run_control.hpp"
 
 void RunOutputStages(CAnalysisData& analysis, const CRunControl& run, const std::string& dynFolder,

@@ -1,8 +1,10 @@
-// The run: the project folder, the run flags, and the analysis driver.
+// The run: the project folder, the run flags, and the order of the analysis' stages.
 #pragma once
 
 #include <cstdint>
 #include <string>
+
+#include "input/run_files.hpp"
 
 class CRunControl {
   public:
@@ -24,10 +26,6 @@ class CRunControl {
     // The whole analysis, from the model input to the result files.
     void runAnalysis();
 };
-
-// Reads the project folder prefix from the first line of the configuration file; empty when
-// the file cannot be opened.
-std::string ReadProjectFolder(const std::string& configPath);
 
 // The whole program without the process around it: constant operators, run files, markers,
 // the driver. Returns the status of main.

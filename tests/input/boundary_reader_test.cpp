@@ -1,4 +1,4 @@
-#include "input/reader_test_support.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
@@ -9,7 +9,7 @@ class BoundaryReader : public ReaderTest {
         for (int i = 0; i < 13; ++i) analysis.nodes.emplace_back(i, 0.0, 0.0);
     }
     void Read(const std::string& text) {
-        analysis.ReadBoundary(analysis.boundaryConds, File("bc.dat", text));
+        ReadBoundary(analysis, analysis.boundaryConds, File("bc.dat", text));
     }
 };
 
@@ -48,14 +48,14 @@ TEST_F(BoundaryReader, IdleNodesAreFixedInBothDirections) {
     element.nodes = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 11};
     analysis.elements.push_back(element);
     Read("10 0 0 0\n");
-    analysis.AddIdleNodeBoundaries(analysis.boundaryConds);
+    AddIdleNodeBoundaries(analysis, analysis.boundaryConds);
     // Nodes 10 and 12 are in no element; 10 is fixed again although the file names it.
     ASSERT_EQ(analysis.boundaryConds.size(), 3u);
     EXPECT_EQ(analysis.boundaryConds[1]->node, 10);
     EXPECT_EQ(std::tie(analysis.boundaryConds[2]->node, analysis.boundaryConds[2]->typeCode),
               std::make_tuple(12, 2));
     analysis.elements.clear();  // without elements every node is idle
-    analysis.AddIdleNodeBoundaries(analysis.boundaryConds);
+    AddIdleNodeBoundaries(analysis, analysis.boundaryConds);
     EXPECT_EQ(analysis.boundaryConds.size(), 16u);
 }
 

@@ -1,4 +1,4 @@
-#include "input/reader_test_support.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
@@ -8,11 +8,11 @@ class ElementReader : public ReaderTest {
     ElementReader() {
         std::string nodes = "// x y\n1.5\nno node\n\n";
         for (int i = 0; i < 12; ++i) nodes += std::to_string(i) + " -3 labels follow\r\n";
-        analysis.ReadNodes(File("nodes.dat", nodes));
+        ReadNodes(analysis, File("nodes.dat", nodes));
     }
     void Read(const std::string& text) {
-        analysis.ReadElements(File("elements.dat", text),
-                              File("materials.dat", "1\n5\n1.8\n1.9\n0\n100\n0.3\n0.02\n"));
+        ReadElements(analysis, File("elements.dat", text),
+                     File("materials.dat", "1\n5\n1.8\n1.9\n0\n100\n0.3\n0.02\n"));
     }
 };
 

@@ -1,14 +1,14 @@
-#include "input/reader_test_support.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
 using FileList = ReaderTest;
 
 TEST_F(FileList, ConstantsMayCarryLabelsAndTextLinesTakeNoPlace) {
-    analysis.ReadConstants(File("c.txt",
-                                "// analysis constants\r\n12.5 cut-off [Hz]\r\ntext line\r\n0\r\n"
-                                "0.01\tdt\r\n0.02 tol\r\n0.65 ratio\r\n8.9 iterations\r\n"
-                                "-1.7 side\r\n99 ignored\r\n"));
+    ReadConstants(analysis, File("c.txt",
+                                 "// analysis constants\r\n12.5 cut-off [Hz]\r\ntext line\r\n0\r\n"
+                                 "0.01\tdt\r\n0.02 tol\r\n0.65 ratio\r\n8.9 iterations\r\n"
+                                 "-1.7 side\r\n99 ignored\r\n"));
     EXPECT_EQ((std::vector<double>{analysis.cutoffFrequency, analysis.timeStep, analysis.tolerance,
                                    analysis.effectiveStrainRatio}),
               (std::vector<double>{12.5, 0.01, 0.02, 0.65}));
@@ -35,17 +35,17 @@ TEST_F(FileListDeathTest, EachReaderStopsWithItsMessage) {
     const std::string constants = File("c.txt", "1\n2\n3\n");
     CAnalysisData& a = analysis;
     const std::tuple<std::function<void()>, int, const char*> cases[] = {
-        {[&] { a.ReadFileList("no/input_VARNEK.inp", "no/"); }, 0,
+        {[&] { ReadFileList(a, "no/input_VARNEK.inp", "no/"); }, 0,
          "^Filelist:Reading error\nno/input_VARNEK.inp\nno/\n$"},
         // An empty list line takes a slot: the constants file is the folder itself.
-        {[&] { a.ReadFileList(list, folder); }, 0, "^dConstantData:Reading error\n$"},
-        {[&] { a.ReadSeismic("no/wave.dat"); }, 0, "^SesmicData:Reading error\n$"},
-        {[&] { a.ReadNodes("no/nodes.dat"); }, 0, "^NodeData:Reading error\n$"},
-        {[&] { a.ReadElements("no/e.dat", ""); }, 0, "^ElemData:Reading error\n$"},
-        {[&] { a.ReadElements("", "no/m.dat"); }, 0, "^dConstantData:Reading error\n$"},
-        {[&] { a.ReadBoundary(a.boundaryConds, "no/bc.dat"); }, 0, "^BCDispData:Reading error\n$"},
-        {[&] { a.ReadSelfWeightStress(""); }, 0, "^自重解析:Reading error\n$"},
-        {[&] { a.ReadConstants(constants); }, 2, "c.txt:3: .*7 values"},
+        {[&] { ReadFileList(a, list, folder); }, 0, "^dConstantData:Reading error\n$"},
+        {[&] { ReadSeismic(a, "no/wave.dat"); }, 0, "^SesmicData:Reading error\n$"},
+        {[&] { ReadNodes(a, "no/nodes.dat"); }, 0, "^NodeData:Reading error\n$"},
+        {[&] { ReadElements(a, "no/e.dat", ""); }, 0, "^ElemData:Reading error\n$"},
+        {[&] { ReadElements(a, "", "no/m.dat"); }, 0, "^dConstantData:Reading error\n$"},
+        {[&] { ReadBoundary(a, a.boundaryConds, "no/bc.dat"); }, 0, "^BCDispData:Reading error\n$"},
+        {[&] { ReadSelfWeightStress(a, ""); }, 0, "^自重解析:Reading error\n$"},
+        {[&] { ReadConstants(a, constants); }, 2, "c.txt:3: .*7 values"},
     };
     for (const auto& [read, status, message] : cases) ExpectStop(read, status, message);
 }

@@ -1,4 +1,4 @@
-#include "input/reader_test_support.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
@@ -13,7 +13,7 @@ class MaterialReader : public ReaderTest {
         for (const auto& record : records)
             for (double v : record) text += std::to_string(v) + " value\n";
         MaterialList list;
-        analysis.ReadMaterials(list, File("materials.dat", text));
+        ReadMaterials(list, File("materials.dat", text));
         return list;
     }
 };
@@ -31,17 +31,18 @@ TEST_F(MaterialReader, RecordsFollowTheCountAtTheirPlaces) {
     ASSERT_EQ(list.size(), 3u);
     // The damping of place 7 is a fraction, not scaled; the moduli are derived on reading.
     const auto& elastic = dynamic_cast<const DAT_Elastic&>(*list[0]);
-    EXPECT_THAT((std::vector<double>{1.0 * elastic.type, elastic.rho1, elastic.rho2, elastic.value3,
-                                     elastic.G0, elastic.G, elastic.nu, elastic.h, elastic.Gused,
-                                     elastic.E}),
+    EXPECT_THAT((std::vector<double>{1.0 * static_cast<int>(elastic.type), elastic.rho1,
+                                     elastic.rho2, elastic.value3, elastic.G0, elastic.G,
+                                     elastic.nu, elastic.h, elastic.Gused, elastic.E}),
                 Pointwise(DoubleEq(), {5.0, 1.8, 1.9, 7.0, 100.0, 100.0, 0.3, 0.02, 100.0, 260.0}));
     const auto& ghe = dynamic_cast<const DAT_GHEmodel&>(*list[1]);
-    EXPECT_THAT((std::vector<double>{1.0 * ghe.type, ghe.phi, ghe.c, ghe.beta1, ghe.beta2,
-                                     ghe.C1atInf, ghe.hExponent, ghe.hmax, ghe.strengthDivisor}),
-                Pointwise(DoubleEq(), {4.0, 30.0 / 180.0 * 3.141592653589793, 0.01, 1.5, 2.5,
-                                       1.000005, 1.0, 0.2, 1.0}));
+    EXPECT_THAT(
+        (std::vector<double>{1.0 * static_cast<int>(ghe.type), ghe.phi, ghe.c, ghe.beta1, ghe.beta2,
+                             ghe.C1atInf, ghe.hExponent, ghe.hmax, ghe.strengthDivisor}),
+        Pointwise(DoubleEq(),
+                  {4.0, 30.0 / 180.0 * std::numbers::pi, 0.01, 1.5, 2.5, 1.000005, 1.0, 0.2, 1.0}));
     const auto& table = dynamic_cast<const DAT_Othermoel&>(*list[2]);
-    EXPECT_EQ(table.type, 2);
+    EXPECT_EQ(table.type, MaterialModel::kTable);
     EXPECT_DOUBLE_EQ(table.h, 0.05);
     EXPECT_EQ(table.strainTable, (std::vector<double>{1e-5, 1e-3}));
     EXPECT_EQ(table.gTable, (std::vector<double>{1.0, 0.5}));

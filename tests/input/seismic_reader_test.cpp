@@ -1,4 +1,4 @@
-#include "input/reader_test_support.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
@@ -14,7 +14,7 @@ class SeismicReader : public ReaderTest {
         analysis.cutoffFrequency = cutoff;
         const std::string path = File("wave.dat", text);
         testing::internal::CaptureStdout();
-        analysis.ReadSeismic(path);
+        ReadSeismic(analysis, path);
         return testing::internal::GetCapturedStdout();
     }
     const std::vector<double>& Acc() const { return analysis.Wave().acc; }
@@ -82,7 +82,8 @@ TEST_F(SeismicReader, SamplesAreInterpolatedScaledAndTransformed) {
         for (size_t i = 0; i < p; ++i) {
             std::complex<double> sum;
             for (size_t k = 0; k < p; ++k)
-                sum += Acc()[k] * std::polar(1.0, -2.0 * M_PI * double(k * i) / double(p));
+                sum +=
+                    Acc()[k] * std::polar(1.0, -2.0 * std::numbers::pi * double(k * i) / double(p));
             EXPECT_NEAR(std::abs(analysis.waveSpectrum[i] - sum / double(p)), 0.0, 1e-14) << i;
         }
     }
@@ -97,7 +98,7 @@ TEST_F(SeismicReaderDeathTest, ZeroStepAndShortHeaderStopWithStatusTwo) {
     };
     for (const auto& [text, step, message] : cases) {
         analysis.timeStep = step;
-        ExpectStop([&] { analysis.ReadSeismic(File("wave.dat", text)); }, 2, message);
+        ExpectStop([&] { ReadSeismic(analysis, File("wave.dat", text)); }, 2, message);
     }
 }
 

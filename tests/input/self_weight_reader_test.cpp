@@ -1,5 +1,5 @@
-#include "input/reader_test_support.hpp"
-#include "input/self_weight_stress.hpp"
+#include "model/self_weight_stress.hpp"
+#include "support/reader_test_support.hpp"
 
 namespace {
 
@@ -7,8 +7,8 @@ constexpr double kTf = 9.80665 / 1000.0;  // MPa in one tf/m2
 
 boost::shared_ptr<DAT_GHEmodel> Ghe(double phiDegrees, double c, double divisor) {
     auto m = boost::make_shared<DAT_GHEmodel>();
-    m->type = 4;
-    m->phi = phiDegrees / 180.0 * M_PI;
+    m->type = MaterialModel::kHyperbolic;
+    m->phi = phiDegrees / 180.0 * std::numbers::pi;
     m->c = c;
     m->strengthDivisor = divisor;
     return m;
@@ -28,13 +28,15 @@ class SelfWeightReader : public ReaderTest {
         e.gaussPoints.resize(static_cast<size_t>(points));
         e.gaussCount = points;
     }
-    void Read(const std::string& text) { analysis.ReadSelfWeightStress(File("output0.inp", text)); }
+    void Read(const std::string& text) {
+        ReadSelfWeightStress(analysis, File("output0.inp", text));
+    }
     const CGauss& Point(size_t e, size_t p) const { return analysis.elements[e].gaussPoints[p]; }
 };
 
 TEST_F(SelfWeightReader, PointsTakeTheLinesInOrderAndTheNinthPointSetsTheStrength) {
     auto elastic = boost::make_shared<DAT_Elastic>();
-    elastic->type = 5;
+    elastic->type = MaterialModel::kElastic;
     auto ghe = Ghe(30.0, 0.01, 2.0);
     AddElement(elastic, 4);
     AddElement(ghe, 9);

@@ -2,7 +2,7 @@
 
 #include <omp.h>
 
-#include "results/result_model_fixture.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 
@@ -56,8 +56,8 @@ TEST_F(MotionSynthesis, OneLineSpectrumMatchesDirectInverseTransform) {
         AddNode(analysis, 0, 0);
         analysis.nodes[0].dispX[k] = scale * tx;
         analysis.nodes[0].dispY[k] = scale * ty;
-        analysis.CalcDisplacementHistory();
-        analysis.CalcAccelerationHistory();
+        CalcDisplacementHistory(analysis);
+        CalcAccelerationHistory(analysis);
         const Complex F = analysis.waveSpectrum[k];
         const std::vector<double> expected[4] = {
             DirectInverse(F * scale * tx, k, zero), DirectInverse(F * scale * ty, k, zero),
@@ -87,7 +87,7 @@ TEST_F(MotionSynthesis, FilesHoldEveryNodesStepsAndPeaksOfTheUnpaddedPartOnly) {
     for (int i = 0; i < 3; ++i) AddNode(analysis, i, 0);
     analysis.nodes[0].dispX[1] = Complex(0.0, -0.5);
     project.Write(work_files::kDisp, std::string(1000, 'x'));
-    analysis.CalcDisplacementHistory();
+    CalcDisplacementHistory(analysis);
     EXPECT_EQ(std::filesystem::file_size(work_files::kDisp), 3u * 3 * 16);
     EXPECT_EQ(std::filesystem::file_size(work_files::kMaxDisp), 3u * 16);
     const std::vector<double> x = Series(work_files::kDisp, 0, 0);

@@ -1,7 +1,7 @@
 #include "response/stress_strain_synthesis.hpp"
 
 #include "response/element_stress_pass.hpp"
-#include "results/result_model_fixture.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 
@@ -48,7 +48,7 @@ class StressStrainSynthesis : public SynthesisTest {
     // The serial pass with its progress line caught.
     std::string RunSerial() {
         testing::internal::CaptureStdout();
-        analysis.CalcStressStrainSerial();
+        CalcStressStrainSerial(analysis);
         return testing::internal::GetCapturedStdout();
     }
 
@@ -106,10 +106,10 @@ TEST_F(StressStrainSynthesis, WithoutResponseEveryRecordIsTheInitialStressOnBoth
               "\r 応力ひずみ計算中　[ 0 / 4 ] \r 応力ひずみ計算中　[ 1 / 4 ] "
               "\r 応力ひずみ計算中　[ 2 / 4 ] \r 応力ひずみ計算中　[ 3 / 4 ] ");
     ExpectInitialStressEverywhere(SingleSetNames(), 0, 4, 1);
-    analysis.RunStressStrainGroups(2, {2, 2});
+    RunStressStrainGroups(analysis, 2, {2, 2});
     ExpectInitialStressEverywhere(GroupSetNames(0), 0, 2, kSteps);
     ExpectInitialStressEverywhere(GroupSetNames(1), 2, 4, kSteps);
-    analysis.RunStressStrainGroups(3, {0, 0, 4});
+    RunStressStrainGroups(analysis, 3, {0, 0, 4});
     for (int k = 0; k < 2; ++k) {
         const StressStrainFileNames names = GroupSetNames(k);
         for (const std::string& f :
@@ -134,7 +134,7 @@ TEST_F(StressStrainSynthesis, UniformStrainFieldFollowsItsLineAtEveryPointOnBoth
         node.dispY[k] = c * node.x + d * node.y;
     }
     RunSerial();
-    analysis.RunStressStrainGroups(1, {3});
+    RunStressStrainGroups(analysis, 1, {3});
     const std::vector<float> strain = ReadValues<float>(work_files::Strain(0)),
                              stress = ReadValues<float>(work_files::Stress(0)),
                              serialStrain = ReadValues<float>(work_files::kStrain),

@@ -3,8 +3,8 @@
 #include <limits>
 #include <random>
 
-#include "results/result_model_fixture.hpp"
 #include "results/text_buffer.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "results/record_batches.hpp"
 
-#include "results/result_model_fixture.hpp"
 #include "results/step_records.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "results/step_model.hpp"
 
 #include "results/model_head.hpp"
-#include "results/result_model_fixture.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 

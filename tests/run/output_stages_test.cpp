@@ -1,6 +1,6 @@
 #include "run/output_stages.hpp"
 
-#include "results/result_model_fixture.hpp"
+#include "support/result_model_fixture.hpp"
 
 namespace {
 

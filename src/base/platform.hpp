@@ -1,0 +1,23 @@
+// The few places where the program touches the operating system beyond standard C++.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+// Number of processors the OpenMP runtime sees.
+int ProcessorCount();
+
+// Size of a file in bytes, or nothing when it cannot be opened or measured.
+std::optional<uint64_t> FileSize(const std::string& path);
+
+// Raises the process to a high scheduling priority where the OS permits; Restore goes back to
+// the priority the process had. Both do nothing where the OS refuses.
+void RaiseProcessPriority();
+void RestoreProcessPriority();
+
+// Creates a folder; a failure (the folder exists, no permission) is ignored.
+void CreateFolder(const std::string& path);
+
+// Removes a file; a failure is ignored.
+void RemoveFile(const std::string& path);

@@ -1,0 +1,15 @@
+// The steps between the model input and the solution: private materials for strain-dependent
+// elements, the constraint marking and the equation numbering.
+#pragma once
+
+#include "model/analysis_data.hpp"
+
+// Gives each element whose material is not elastic a deep copy of its own.
+void GivePrivateMaterials(CAnalysisData& analysis);
+
+// Marks fixed degrees of freedom in dofFixed from the boundary codes; an unknown code prints
+// "DispBoundary ERROR" and ends the run with status 0.
+void DispBoundary(CAnalysisData& analysis);
+
+// equationMap and freeDofCount from dofFixed.
+void NumberEquations(CAnalysisData& analysis);
