@@ -85,8 +85,9 @@ class StressStrainSynthesis : public SynthesisTest {
                         EXPECT_EQ(r[i], peak ? std::abs(expected[i]) : expected[i]);
                     EXPECT_FLOAT_EQ(r[5], expected[5]);
                     // Where all elements before are 4-node ones, where the record index points.
-                    if (!peak && point == 4 * (e - first) + g)
+                    if (!peak && point == 4 * (e - first) + g) {
                         EXPECT_EQ(6 * (record + t), index.Position(e - first, g, t));
+                    }
                 }
                 record += recordedSteps;
             }
