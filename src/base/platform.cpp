@@ -6,7 +6,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
 
 int ProcessorCount() {
     return omp_get_num_procs();

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"

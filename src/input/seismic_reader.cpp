@@ -60,7 +60,7 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
             }
         });
     if (!read) return;
-    std::printf("Input GAL\n");
+    console::OutF("Input GAL\n");
 
     if (file.header.size() < 3) {
         StopOnBadInput(path, file.headerLine,
@@ -93,19 +93,19 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
     wave.sampleCount = static_cast<int>(length);
     wave.acc.assign(static_cast<size_t>(wave.sampleCount), 0.0);
     if (!ResampleLinear(file.times, file.values, analysis.timeStep, tStart, tEnd, wave.acc))
-        std::printf("地震波形が不正な時間間隔で指定されました\n");
+        console::OutF("地震波形が不正な時間間隔で指定されました\n");
 
     const size_t n = wave.acc.size();
     const size_t padded = PowerOfTwoAtLeast(n);
     if (padded != n) {
-        std::printf("FFT用にデータを2のべき乗に変更します");
-        std::printf("%dから%d個へ変更します\n", static_cast<int>(n), static_cast<int>(padded));
+        console::OutF("FFT用にデータを2のべき乗に変更します");
+        console::OutF("%dから%d個へ変更します\n", static_cast<int>(n), static_cast<int>(padded));
         wave.acc.resize(padded, 0.0);
     }
     const double p = static_cast<double>(padded);
-    std::printf("SeismicTime = %lf\n", p * analysis.timeStep);
-    std::printf(" Seismic data : fmin = %.2lf\tfmax = %.2lf\n", 1.0 / (p * analysis.timeStep),
-                0.5 / analysis.timeStep);
+    console::OutF("SeismicTime = %lf\n", p * analysis.timeStep);
+    console::OutF(" Seismic data : fmin = %.2lf\tfmax = %.2lf\n", 1.0 / (p * analysis.timeStep),
+                  0.5 / analysis.timeStep);
 
     // The cut-off never passes the Nyquist frequency; at or above it, it becomes it.
     analysis.frequencyCount =

@@ -1,7 +1,6 @@
 #include "linalg/sparse_complex_matrix.hpp"
 
 #include <cstdio>
-#include <iostream>
 #include <mutex>
 
 #include "base/platform.hpp"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/console.hpp"
 #include "fem/element_matrices.hpp"
 #include "response/element_stress_pass.hpp"
 
@@ -25,8 +26,8 @@ void CalcStressStrainSerial(const CAnalysisData& analysis) {
     ElementStressPass pass(analysis, RecordSteps::FirstOnly, &GaussStrainHistory);
     const int elementCount = static_cast<int>(analysis.elements.size());
     for (int e = 0; e < elementCount; ++e) {
-        std::printf("\r 応力ひずみ計算中　[ %d / %d ] ", e, elementCount);
-        std::fflush(stdout);
+        console::OutF("\r 応力ひずみ計算中　[ %d / %d ] ", e, elementCount);
+        console::Flush();
         pass.Run(analysis.elements[e], files);
     }
 }

@@ -1,7 +1,5 @@
 #include "results/maximum_model.hpp"
 
-#include <iostream>
-
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/work_files.hpp"

@@ -3,7 +3,8 @@
 #include <omp.h>
 
 #include <algorithm>
-#include <iostream>
+
+#include "base/console.hpp"
 
 void ForEachWithProgress(int64_t count, int64_t slice, const std::function<void(int64_t)>& progress,
                          const std::function<void(int64_t)>& work) {
@@ -11,7 +12,7 @@ void ForEachWithProgress(int64_t count, int64_t slice, const std::function<void(
     for (int64_t begin = 0; begin < count; begin += slice) {
         const int64_t end = std::min(count, begin + slice);
         for (int64_t i = begin; i < end; ++i) progress(i);
-        std::cout.flush();
+        console::Flush();
 #pragma omp parallel for schedule(guided, 1)
         for (int64_t i = begin; i < end; ++i) work(i);
     }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 
+#include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/work_files.hpp"
@@ -80,9 +80,10 @@ void AppendRecordPass(RecordKind kind, const CAnalysisData& analysis, const std:
                 for (int64_t s = run * kStepsPerRun;
                      s < std::min(stepCount, (run + 1) * kStepsPerRun); ++s) {
                     if (s % 10 != 0) continue;
-                    std::cout << (stress ? "\r時刻歴ファイル出力中(Stress "
-                                         : "\r時刻歴ファイル出力中(Strain ")
-                              << b + 1 << "/" << batches << ") " << s << "step";
+                    console::Out(std::string(stress ? "\r時刻歴ファイル出力中(Stress "
+                                                    : "\r時刻歴ファイル出力中(Strain ") +
+                                 std::to_string(b + 1) + "/" + std::to_string(batches) + ") " +
+                                 std::to_string(s) + "step");
                 }
             },
             [&](int64_t run) {

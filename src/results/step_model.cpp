@@ -1,8 +1,8 @@
 #include "results/step_model.hpp"
 
 #include <algorithm>
-#include <iostream>
 
+#include "base/console.hpp"
 #include "response/work_files.hpp"
 #include "results/model_head.hpp"
 #include "results/ordered_progress.hpp"
@@ -58,7 +58,9 @@ void WriteFullStepFiles(const CAnalysisData& analysis, const std::string& folder
                         int64_t stepCount) {
     ForEachWithProgress(
         stepCount, SliceForWorkers(1, 1),
-        [](int64_t step) { std::cout << "\r時刻歴ファイル出力中\t" << step << "step"; },
+        [](int64_t step) {
+            console::Out("\r時刻歴ファイル出力中\t" + std::to_string(step) + "step");
+        },
         [&](int64_t step) {
             std::FILE* file = OpenStepFile(StepFileName(folder, step), "wb");
             WriteStepModelFull(analysis, step, file);
@@ -78,7 +80,8 @@ void WriteStepHeadFiles(const CAnalysisData& analysis, const std::string& folder
             count, SliceForWorkers(10, 10),
             [&](int64_t i) {
                 if ((first + i) % 10 == 0)
-                    std::cout << "\r時刻歴ファイル出力中(Disp and Acc)\t" << first + i << "step";
+                    console::Out("\r時刻歴ファイル出力中(Disp and Acc)\t" +
+                                 std::to_string(first + i) + "step");
             },
             [&](int64_t i) {
                 WriteStepFile(folder, first + i,

@@ -1,9 +1,9 @@
 #include "results/time_history_text.hpp"
 
 #include <cstdio>
-#include <iostream>
 #include <memory>
 
+#include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/work_files.hpp"
@@ -42,7 +42,8 @@ void WriteStressFilesFrom(const WorkFileReader& reader, int64_t firstElement, in
     ForEachWithProgress(
         count, SliceForWorkers(64, 64),
         [&](int64_t j) {
-            std::cout << "\r要素応力データファイル出力中\t" << firstElement + j << "要素";
+            console::Out("\r要素応力データファイル出力中\t" + std::to_string(firstElement + j) +
+                         "要素");
         },
         [&](int64_t j) {
             const std::vector<float> values = reader.ReadArray<float>(
@@ -67,7 +68,9 @@ void WriteAccFiles(double timeStep, const std::string& dynFolder, const CAnalysi
     const WorkFileReader reader(work_files::kAcc);
     ForEachWithProgress(
         static_cast<int64_t>(analysis.nodes.size()), SliceForWorkers(64, 64),
-        [](int64_t n) { std::cout << "\r節点加速度データファイル出力中\t" << n << "節点"; },
+        [](int64_t n) {
+            console::Out("\r節点加速度データファイル出力中\t" + std::to_string(n) + "節点");
+        },
         [&](int64_t n) {
             const std::vector<double> values = reader.ReadArray<double>(
                 static_cast<uint64_t>(n * stepCount) * 16, static_cast<size_t>(stepCount) * 2);
@@ -91,9 +94,9 @@ void WriteTimeHistoriesSingle(const std::string& dynFolder, const CAnalysisData&
     if (analysis.seismicWaves.empty()) return;
     const double timeStep = analysis.Wave().timeStep;
     WriteAccFiles(timeStep, dynFolder, analysis);
-    std::cout << kAccDone << std::endl;
+    console::OutLine(kAccDone);
     WriteElementStressFiles(timeStep, dynFolder, analysis);
-    std::cout << kStressDone << std::endl;
+    console::OutLine(kStressDone);
 }
 
 void WriteTimeHistoriesGrouped(const std::string& dynFolder, const CAnalysisData& analysis,
@@ -101,7 +104,7 @@ void WriteTimeHistoriesGrouped(const std::string& dynFolder, const CAnalysisData
     if (analysis.seismicWaves.empty()) return;
     const double timeStep = analysis.Wave().timeStep;
     WriteAccFiles(timeStep, dynFolder, analysis);
-    std::cout << kAccDone << std::endl;
+    console::OutLine(kAccDone);
 
     // Every group file must open before the first element file is written.
     std::vector<std::unique_ptr<WorkFileReader>> readers;
@@ -115,6 +118,6 @@ void WriteTimeHistoriesGrouped(const std::string& dynFolder, const CAnalysisData
                              timeStep, dynFolder);
         firstElement += groupSizes[k];
     }
-    std::cout << kStressDone << std::endl;
+    console::OutLine(kStressDone);
     groupSizes.clear();
 }

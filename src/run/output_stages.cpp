@@ -7,10 +7,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 #include <string>
 #include <vector>
 
+#include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/motion_synthesis.hpp"
@@ -25,24 +25,27 @@
 namespace {
 
 void SynthesiseMotion(CAnalysisData& analysis) {
-    std::cout << "変位計算中" << std::flush;
+    console::Out("変位計算中");
+    console::Flush();
     CalcDisplacementHistory(analysis);
-    std::cout << "\r変位計算終了" << std::endl;
-    std::cout << "応答加速度計算中" << std::flush;
+    console::OutLine("\r変位計算終了");
+    console::Out("応答加速度計算中");
+    console::Flush();
     CalcAccelerationHistory(analysis);
-    std::cout << "\r応答加速度終了" << std::endl;
+    console::OutLine("\r応答加速度終了");
 }
 
 // Opens "output_max.inp", lets writer fill it, closes it.
 template <typename Writer>
 void WriteMaximumFile(const std::string& outputFolder, const Writer& writer) {
-    std::cout << "最大値分布出力中" << std::flush;
+    console::Out("最大値分布出力中");
+    console::Flush();
     const std::string name = outputFolder + "output_max.inp";
     std::FILE* file = std::fopen(name.c_str(), "w");
     if (file == nullptr) StopOnUnopenedFile(name);
     writer(file);
     std::fclose(file);
-    std::cout << "\r最大値分布出力終了" << std::endl;
+    console::OutLine("\r最大値分布出力終了");
 }
 
 void RemoveFiles(const std::vector<std::string>& names) {
@@ -51,12 +54,13 @@ void RemoveFiles(const std::vector<std::string>& names) {
 
 void RunSingleStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
                          const std::string& outputFolder) {
-    std::cout << "応力ひずみ計算中" << std::flush;
+    console::Out("応力ひずみ計算中");
+    console::Flush();
     CalcStressStrainSerial(analysis);
-    std::cout << "\r応力ひずみ計算終了" << std::endl;
+    console::OutLine("\r応力ひずみ計算終了");
 
     WriteFullStepFiles(analysis, outputFolder, 1);
-    std::cout << "\r時刻歴ファイル出力終了\t\t\t\t\t\t" << std::endl;
+    console::OutLine("\r時刻歴ファイル出力終了\t\t\t\t\t\t");
 
     WriteMaximumFile(outputFolder,
                      [&](std::FILE* file) { WriteMaximumModelSingle(analysis, file); });
@@ -91,15 +95,16 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
 
     RaiseProcessPriority();
     WriteStepHeadFiles(analysis, outputFolder, stepCount);
-    std::cout << "\r時刻歴ファイル出力終了(Disp and Acc)\t\t\t" << std::endl;
+    console::OutLine("\r時刻歴ファイル出力終了(Disp and Acc)\t\t\t");
     RestoreProcessPriority();
 
-    std::cout << "応力ひずみ計算中" << std::flush;
+    console::Out("応力ひずみ計算中");
+    console::Flush();
     // One group per worker thread; a machine of one processor still gets one group.
     const int groupCount = std::max(1, ProcessorCount() - 1);
     const std::vector<uint32_t> groupSizes = GroupSizes(analysis.elements.size(), groupCount);
     RunStressStrainGroups(analysis, groupCount, groupSizes);
-    std::cout << "\r応力ひずみ計算終了" << std::endl;
+    console::OutLine("\r応力ひずみ計算終了");
 
     // The spectra are the largest other consumer of memory; the batches need it now.
     ReleaseNodeSpectra(analysis);
@@ -109,7 +114,7 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     for (RecordKind kind : {RecordKind::kStress, RecordKind::kStrain})
         AppendRecordPass(kind, analysis, outputFolder, stepCount, groupSizes, batchFileCounts);
     RestoreProcessPriority();
-    std::cout << "\r時刻歴ファイル出力終了(Stress and Strain)\t\t\t" << std::endl;
+    console::OutLine("\r時刻歴ファイル出力終了(Stress and Strain)\t\t\t");
 
     WriteMaximumFile(outputFolder, [&](std::FILE* file) {
         WriteMaximumModelGrouped(analysis, groupCount, groupSizes, file);

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <iostream>
 
+#include "base/console.hpp"
 #include "fem/element_matrices.hpp"
 
 double MeanPeakShearStrain(const CElement& element, const CAnalysisData& analysis) {
@@ -50,7 +50,7 @@ void RunEquivalentLinearIteration(CAnalysisData& analysis, bool equivalentLinear
         loop.Run(stiffnessMatrix, analysis);
         if (!equivalentLinear) return;
 
-        std::printf("\n等価線形化計算 %d 回目", iteration);
+        console::OutF("\n等価線形化計算 %d 回目", iteration);
         const auto dependentCount =
             std::count_if(elements.begin(), elements.end(),
                           [](const CElement& e) { return e.material->StrainDependent(); });
@@ -72,7 +72,9 @@ void RunEquivalentLinearIteration(CAnalysisData& analysis, bool equivalentLinear
         double error = 0.0;
         for (double value : elementError) error += value;
         error /= static_cast<double>(dependentCount);
-        std::cout << "\nERROR = " << error << "\tTOL=" << analysis.tolerance << std::endl;
+        // The stream's default form of a number, as "%g" gives it.
+        console::OutF("\nERROR = %g\tTOL=%g\n", error, analysis.tolerance);
+        console::Flush();
         if (analysis.tolerance > error) return;
 
         for (CElement& element : elements)

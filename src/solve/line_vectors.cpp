@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "base/console.hpp"
+
 namespace {
 constexpr double kTwoPi = 6.283185307179586;
 }  // namespace
@@ -51,6 +53,6 @@ void EnsureSpectrumLength(std::vector<CNode>& nodes, size_t count) {
 
 void PrintLineProgress(int line, double duration, const ComplexVector& waveSpectrum) {
     const double spectrum = duration * std::abs(waveSpectrum[line]);
-    std::fprintf(stderr, "\rCalculate %.2lf Hz : ωs = %.2lf FFTSpc %.3lf",
-                 LineFrequency(line, duration), LineCircularFrequency(line, duration), spectrum);
+    console::ErrF("\rCalculate %.2lf Hz : ωs = %.2lf FFTSpc %.3lf", LineFrequency(line, duration),
+                  LineCircularFrequency(line, duration), spectrum);
 }

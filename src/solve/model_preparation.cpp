@@ -1,7 +1,5 @@
 #include "solve/model_preparation.hpp"
 
-#include <iostream>
-
 #include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
