@@ -113,7 +113,6 @@ void BuildStructuredMesh(const SectionGrid& grid, const boost::shared_ptr<DAT_Ma
 
     const size_t dofs = 2 * analysis.nodes.size();
     analysis.dofFixed.assign(dofs, 0);
-    analysis.dofSpare.assign(dofs, 0);
     for (size_t p = 0; p < analysis.nodes.size(); ++p) {
         if (analysis.nodes[p].y == 0.0) analysis.dofFixed[2 * p] = 1;
         if (analysis.nodes[p].y == 0.0 || grid.fixVertical) analysis.dofFixed[2 * p + 1] = 1;

@@ -21,7 +21,7 @@ struct SectionGrid {
 // density rho (MPa s2/m2), with its complex moduli in use.
 boost::shared_ptr<DAT_Material> ElasticMaterial(double G, double h, double nu, double rho);
 
-// Fills nodes, elements, dofFixed, dofSpare, equationMap and freeDofCount. The base (y = 0) is
+// Fills nodes, elements, dofFixed, equationMap and freeDofCount. The base (y = 0) is
 // fixed in x and y; nodes are numbered row by row from the base up.
 void BuildStructuredMesh(const SectionGrid& grid, const boost::shared_ptr<DAT_Material>& material,
                          CAnalysisData& analysis);

@@ -20,7 +20,7 @@ class DAT_Material {
     MaterialModel type = MaterialModel::kTable;
     double rho1 = 0.0;
     double rho2 = 0.0;
-    double value3 = 0.0;
+    double value3 = 0.0;  // third field of a material record: the file keeps its place, unused
     double G0 = 0.0;
     Complex Gstar;
     double Gused = 0.0;

@@ -17,7 +17,7 @@ void ReadConstants(CAnalysisData& analysis, const std::string& path) {
     }
     const auto& v = numbers.values;
     analysis.cutoffFrequency = v[0];
-    analysis.secondConstant = v[1];
+    // v[1]: the file keeps a place for a second constant that the analysis does not use.
     analysis.timeStep = v[2];
     analysis.tolerance = v[3];
     analysis.effectiveStrainRatio = v[4];

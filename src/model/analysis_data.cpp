@@ -2,15 +2,11 @@
 
 void CAnalysisData::clear(int releaseTransform) {
     timeStep = 0.0;
-    secondConstant = 0.0;
     tolerance = 0.0;
     nodes.clear();
     elements.clear();
-    loadConds.clear();
     boundaryConds.clear();
-    extraConds.clear();
     seismicWaves.clear();
     dofFixed.clear();
-    dofSpare.clear();
     if (releaseTransform == 1) transformHandle.reset();
 }

@@ -23,14 +23,10 @@ using ConditionList = std::vector<boost::shared_ptr<CBoundaryCond>>;
 
 class CAnalysisData {
   public:
-    uint32_t formatDate = 0;
     std::vector<CNode> nodes;
     std::vector<CElement> elements;
-    ConditionList loadConds;      // stays empty
     ConditionList boundaryConds;  // all boundary conditions with their codes
-    ConditionList extraConds;     // stays empty
     double timeStep = 0.0;        // s
-    double secondConstant = 0.0;  // kept, read by nothing
     double tolerance = 0.05;      // TOL of the iteration
     int32_t iterationLimit = 10;
     double cutoffFrequency = 0.0;  // Hz
@@ -42,7 +38,6 @@ class CAnalysisData {
     std::unique_ptr<FourierTransform> transformHandle;  // length P, shared by the syntheses
     MaterialList materials;
     std::vector<int32_t> dofFixed;     // two per node: 1 fixed, 0 free
-    std::vector<int32_t> dofSpare;     // two per node, zero
     std::vector<int32_t> equationMap;  // two per node: equation number or -1
     int32_t freeDofCount = 0;
 

@@ -38,7 +38,6 @@ void CRunControl::runAnalysis() {
     SetWorkerThreads();
     CAnalysisData analysis;
     analysis.clear(0);
-    analysis.formatDate = formatDate;
 
     ReadFileList(analysis, inputPath, folderPath);
 
@@ -50,7 +49,6 @@ void CRunControl::runAnalysis() {
 
     const size_t dofCount = 2 * analysis.nodes.size();
     analysis.dofFixed.assign(dofCount, 0);
-    analysis.dofSpare.assign(dofCount, 0);
     analysis.equationMap.assign(dofCount, 0);
 
     GivePrivateMaterials(analysis);

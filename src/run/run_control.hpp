@@ -11,7 +11,7 @@ class CRunControl {
     std::string inputPath;   // project folder + "input_VARNEK.inp"
     std::string folderPath;  // project folder prefix, with its own trailing separator
     uint32_t formatDate = 0;
-    uint32_t outputLimit = 500;  // kept, read by nothing
+    uint32_t outputLimit = 500;  // the flag file keeps its place; the analysis does not use it
     bool equivalentLinear = false;
     // Older flag files have no such field; false selects the per-step output path.
     bool singleStepOutput = false;

@@ -110,7 +110,7 @@ struct SideModel {
         analysis.clear(0);
         testing::internal::CaptureStdout();
         ReadFileList(analysis, project.Path("input_VARNEK.inp"), project.Path(""));
-        for (auto* list : {&analysis.dofFixed, &analysis.dofSpare, &analysis.equationMap})
+        for (auto* list : {&analysis.dofFixed, &analysis.equationMap})
             list->assign(2 * analysis.nodes.size(), 0);
         GivePrivateMaterials(analysis);
         ReadSelfWeightStress(analysis, project.Path("output0.inp"));
