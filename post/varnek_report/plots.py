@@ -5,7 +5,7 @@ matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402
 import numpy as np  # noqa: E402
 from matplotlib.collections import PolyCollection  # noqa: E402
-from matplotlib.ticker import MaxNLocator  # noqa: E402
+from matplotlib.ticker import FuncFormatter, MaxNLocator  # noqa: E402
 from matplotlib.tri import Triangulation  # noqa: E402
 
 from . import mesh  # noqa: E402
@@ -24,6 +24,11 @@ plt.rcParams.update({"font.size": 12, "axes.titlesize": 13, "axes.labelsize": 12
 def _figure(name, **kwargs):
     w, h = SIZES[name]
     return plt.subplots(figsize=(w / DPI, h / DPI), dpi=DPI, layout="constrained", **kwargs)
+
+
+def _plain_log_axis(ax):
+    """Decades written 0.1, 1, 10 rather than as powers of ten."""
+    ax.xaxis.set_major_formatter(FuncFormatter(lambda v, _: f"{v:g}"))
 
 
 def _save(fig, path):
@@ -65,6 +70,7 @@ def amplification(path, freqs, ratios, labels, cutoff, b):
     ax.axhline(1.0, color="grey", lw=1, ls="--")
     ax.set_xlim(freqs[0], freqs[-1])
     ax.set_ylim(bottom=0)
+    _plain_log_axis(ax)
     ax.set_xlabel("Frequency (Hz)")
     ax.set_ylabel("Fourier amplitude ratio, surface / input")
     ax.set_title(f"Amplification, smoothed (Konno-Ohmachi, b = {b:g}), up to the cut-off "
@@ -83,6 +89,7 @@ def spectra(path, periods, curves, labels, damping):
                     label=f"{label}: peak {psa[i]:.0f} gal at {periods[i]:.2f} s")
     ax.set_xlim(periods[0], periods[-1])
     ax.set_ylim(bottom=0)
+    _plain_log_axis(ax)
     ax.set_xlabel("Period (s)")
     ax.set_ylabel("Pseudo-spectral acceleration (gal)")
     ax.set_title(f"Response spectra, {100 * damping:g} % damping")
