@@ -4,7 +4,7 @@ import os
 import sys
 
 from .errors import ReportError
-from .report import PAGE, PICTURES, make_report
+from .report import PAGE, PICTURES, TABLES, make_report
 
 
 def node_list(text):
@@ -39,7 +39,7 @@ def main(argv=None):
         print(f"varnek-report: {e}", file=sys.stderr)
         return 2
     print(f"Report in {out}:")
-    for name in PICTURES + (PAGE,):
+    for name in PICTURES + TABLES + (PAGE,):
         print(f"  {os.path.join(out, name)}")
     print(f"  {os.path.join(out, 'varnek.pvd')}  (ParaView)")
     return 0

@@ -15,6 +15,8 @@ from .results import (DYN_FOLDER, OUTPUT_FOLDER, acc_path, femsig_path, max_mode
 
 PICTURES = ("acceleration.png", "amplification.png", "spectra.png", "peaks.png")
 PAGE = "report.md"
+# The curves of the pictures as numbers, one column per record.
+TABLES = ("amplification.csv", "spectra.csv")
 GAL = 100.0  # cm/s2 in one m/s2
 
 
@@ -96,24 +98,25 @@ def make_report(run_dir, node_numbers=None, out_dir=None, stream=None):
     dt = wave.time_step
     input_gal = wave.acc * GAL
     records = read_node_records(project, indices)
-    labels = [node_label(project, r) for r in records]
-    times = wave.times
+    names = [f"node {r.number}" for r in records]
 
-    plots.acceleration(os.path.join(out_dir, PICTURES[0]), wave.name, times,
+    plots.acceleration(os.path.join(out_dir, PICTURES[0]), wave.name, wave.times,
                        [(f"input: base acceleration ({wave.name})", input_gal)]
-                       + [(label, r.acc) for label, r in zip(labels, records)])
+                       + [(node_label(project, r), r.acc) for r in records])
 
     freqs, ratios = signals.amplification(input_gal, np.array([r.acc for r in records]), dt,
                                           wave.padded_length, wave.highest_line_frequency)
-    plots.amplification(os.path.join(out_dir, PICTURES[1]), freqs, ratios,
-                        [f"node {r.number}" for r in records], wave.cutoff_frequency,
-                        signals.KONNO_OHMACHI_B)
+    plots.amplification(os.path.join(out_dir, PICTURES[1]), freqs, ratios, names,
+                        wave.cutoff_frequency, signals.KONNO_OHMACHI_B)
+    write_columns(os.path.join(out_dir, TABLES[0]), ["frequency (Hz)"] + names, freqs, *ratios)
 
     periods = signals.spectrum_periods()
     psa = signals.response_spectrum(np.array([input_gal] + [r.acc for r in records]), dt,
                                     periods)
-    plots.spectra(os.path.join(out_dir, PICTURES[2]), periods, psa,
-                  ["input"] + [f"node {r.number}" for r in records], signals.DAMPING)
+    plots.spectra(os.path.join(out_dir, PICTURES[2]), periods, psa, ["input"] + names,
+                  signals.DAMPING)
+    write_columns(os.path.join(out_dir, TABLES[1]),
+                  ["period (s)"] + [f"{n} PSA (gal)" for n in ["input"] + names], periods, *psa)
 
     n_elements = len(project.elements)
     femsig = read_element_stresses(project.directory, n_elements,
@@ -131,11 +134,16 @@ def make_report(run_dir, node_numbers=None, out_dir=None, stream=None):
     pvd = vtu.export(project, out_dir, steps, femsig,
                      Progress("writing ParaView files", len(steps), "steps", stream=stream))
 
-    summary = dict(project=project, steps=steps, records=records, labels=labels,
-                   input_gal=input_gal, freqs=freqs, ratios=ratios, periods=periods, psa=psa,
-                   maxima=maxima, peak_shear=peak_shear, strain=strain, ratio=ratio, pvd=pvd)
+    summary = dict(project=project, steps=steps, records=records, input_gal=input_gal,
+                   freqs=freqs, ratios=ratios, periods=periods, psa=psa, maxima=maxima,
+                   peak_shear=peak_shear, strain=strain, ratio=ratio, pvd=pvd)
     write_page(os.path.join(out_dir, PAGE), out_dir, summary)
     return out_dir
+
+
+def write_columns(path, header, *columns):
+    np.savetxt(path, np.column_stack(columns), fmt="%.6g", delimiter=",",
+               header=",".join(header), comments="")
 
 
 def _peak(values):
@@ -204,6 +212,7 @@ def write_page(path, out_dir, s):
     lines += ["", f"Input: largest PSA {psa:.0f} gal at {s['periods'][m]:.2f} s.", "",
               "## Pictures", ""]
     lines += [f"![{name[:-4]}]({name})" + "\n" for name in PICTURES]
+    lines += [f"The curves as numbers: {', '.join(f'`{t}`' for t in TABLES)}.", ""]
     lines += ["## ParaView", "",
               f"Open `{os.path.relpath(s['pvd'], out_dir)}` (the steps in time) or "
               f"`{vtu.VTU_FOLDER}/{vtu.MAX_NAME}` (the maxima over the record).", ""]

@@ -4,7 +4,7 @@ import numpy as np
 import pytest
 
 from varnek_report.errors import ReportError
-from varnek_report.project import Constants, load_project, read_elements, read_flags, read_wave
+from varnek_report.project import Constants, load_project, read_elements, read_wave
 
 LIST = "// the model's files\r\nc.dat\r\nw.csv\r\nn.dat\r\ne.dat\r\n"
 CONSTANTS = "15 cut-off\n0\n0.01 time step\n0.05\n0.65\n4\n2\n"
@@ -96,18 +96,3 @@ def test_an_element_on_a_node_beyond_the_list_is_refused(tmp_path):
     path.write_text("0 4 1 0 1 2 3\n0 4 1 0 1 2 9\n")
     with pytest.raises(ReportError, match=r"e.dat:2: node 9 is not in the node list of 6"):
         read_elements(str(path), 6)
-
-
-@pytest.mark.parametrize("text, linear, single", [
-    ("20240601 500 1 1\n", True, True),
-    ("20150122 500 1 1\n", True, False),   # dates up to 20150122 have no fourth field
-    ("20240601 500 2 1\n", False, False),  # a flag other than 0 or 1 stops the reading
-    (None, False, False),                  # no flag file: a linear pass, per-step output
-])
-def test_flags(tmp_path, text, linear, single):
-    path = tmp_path / "Flag_VARNEK.inp"
-    if text is not None:
-        path.write_text(text)
-    flags = read_flags(str(path))
-    assert (flags.given, flags.equivalent_linear, flags.single_step_output) == \
-        (text is not None, linear, single)

@@ -11,7 +11,7 @@ import pytest
 
 from conftest import run_tool
 from varnek_report.plots import SIZES
-from varnek_report.report import PAGE, PICTURES
+from varnek_report.report import PAGE, PICTURES, TABLES
 from varnek_report.results import read_history
 
 STEPS = 1560
@@ -30,7 +30,7 @@ def report(example_run, tmp_path_factory):
 
 def test_every_file_is_written(report):
     out = report["out"]
-    for name in PICTURES + (PAGE, "varnek.pvd"):
+    for name in PICTURES + TABLES + (PAGE, "varnek.pvd"):
         assert os.path.getsize(os.path.join(out, name)) > 0, name
     vtus = set(os.listdir(os.path.join(out, "vtu")))
     assert vtus == {f"output{k}.vtu" for k in range(STEPS)} | {"output_max.vtu"}
