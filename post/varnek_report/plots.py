@@ -37,7 +37,7 @@ def _save(fig, path):
     return path
 
 
-def acceleration(path, wave_name, times, series):
+def acceleration(path, title, times, series):
     """Stacked time histories (gal), one panel each, sharing both axes; series is a list of
     (label, acc) with the input first. The peak of each is marked and written beside it."""
     fig, axes = _figure("acceleration", nrows=len(series), sharex=True, sharey=True)
@@ -55,8 +55,7 @@ def acceleration(path, wave_name, times, series):
         ax.axhline(0.0, color="grey", lw=0.5)
     axes[-1].set_xlabel("Time (s)")
     axes[-1].set_xlim(times[0], times[-1])
-    fig.suptitle(f"Horizontal acceleration: input ({wave_name}) and ground surface",
-                 fontsize=14)
+    fig.suptitle(title, fontsize=14)
     return _save(fig, path)
 
 
@@ -72,7 +71,7 @@ def amplification(path, freqs, ratios, labels, cutoff, b):
     ax.set_ylim(bottom=0)
     _plain_log_axis(ax)
     ax.set_xlabel("Frequency (Hz)")
-    ax.set_ylabel("Fourier amplitude ratio, surface / input")
+    ax.set_ylabel("Fourier amplitude ratio, node / input")
     ax.set_title(f"Amplification, smoothed (Konno-Ohmachi, b = {b:g}), up to the cut-off "
                  f"frequency {cutoff:g} Hz")
     ax.grid(True, which="both")

@@ -8,7 +8,7 @@ import numpy as np
 from . import mesh, plots, signals, vtu
 from .errors import ReportError
 from .progress import Progress
-from .project import END_MARKER, load_project
+from .project import CONFIG_FILE, END_MARKER, load_project
 from .results import (DYN_FOLDER, OUTPUT_FOLDER, acc_path, femsig_path, max_model_path,
                       per_element, read_element_stresses, read_model, read_node_acceleration,
                       step_model_paths)
@@ -39,8 +39,12 @@ def check_results(project, node_indices):
         raise ReportError(f"no results in {project.directory}: it has neither {OUTPUT_FOLDER}/ "
                           f"nor {DYN_FOLDER}/ (has the analysis been run there?)")
     if not os.path.exists(os.path.join(project.run_dir, END_MARKER)):
+        hint = ""
+        if not os.path.exists(os.path.join(project.run_dir, CONFIG_FILE)):
+            hint = (f" (if this is the project folder, give the run's working directory, which "
+                    f"holds {CONFIG_FILE} and {END_MARKER})")
         raise ReportError(f"the run in {project.run_dir} did not finish: there is no "
-                          f"{END_MARKER}")
+                          f"{END_MARKER}{hint}")
     for folder in (output, dyn):
         if not os.path.isdir(folder):
             raise ReportError(f"missing folder: {folder}")
@@ -100,7 +104,9 @@ def make_report(run_dir, node_numbers=None, out_dir=None, stream=None):
     records = read_node_records(project, indices)
     names = [f"node {r.number}" for r in records]
 
-    plots.acceleration(os.path.join(out_dir, PICTURES[0]), wave.name, wave.times,
+    where = "chosen nodes" if node_numbers else "ground surface"
+    plots.acceleration(os.path.join(out_dir, PICTURES[0]),
+                       f"Horizontal acceleration: input ({wave.name}) and {where}", wave.times,
                        [(f"input: base acceleration ({wave.name})", input_gal)]
                        + [(node_label(project, r), r.acc) for r in records])
 

@@ -112,7 +112,7 @@ def read_element_stresses(project_dir, element_count, progress=None):
     histories = []
     for e in range(1, element_count + 1):
         h = read_history(femsig_path(project_dir, e), 4, f"stress of element {e}")
-        histories.append(h[:, 1:].astype(np.float32))
+        histories.append(h[:, 1:])
         if progress:
             progress.advance()
     lengths = {len(h) for h in histories}
