@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs the bundled example project (examples/column) with build/varnek and tells where the results
-# are. The project is copied into a working folder first, so that the repository stays clean:
+# Runs the bundled example project (examples/column) with build/varnek, tells where the results
+# are and draws their report (scripts/varnek-report). The project is copied into a working folder
+# first, so that the repository stays clean:
 #   scripts/run-example.sh [working-folder]        (default: build/example-run)
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -34,3 +35,7 @@ echo "  output/output0.inp .. output$((steps - 1)).inp  result model of each tim
 echo "  output/output_max.inp  largest absolute values over the record"
 echo "  dyn/acc<n>.dat         acceleration history of node n (m/s2)"
 echo "  dyn/femsig<n>.dat      stress history of element n (kPa, compression positive)"
+
+echo
+# The pictures, the summary page and the ParaView files of the example.
+"$root/scripts/varnek-report" "$work"

@@ -6,3 +6,6 @@ scripts/install-deps.sh
 scripts/build.sh
 cd build
 ctest --output-on-failure -j "$(nproc)" < /dev/null
+# The report tool's tests, with Debian's python3 (it has numpy, matplotlib and meshio).
+cd ..
+/usr/bin/python3 -m pytest -q tests/post

@@ -1,0 +1,1 @@
+"""varnek-report: plots, spectra and ParaView files from a finished VARNEK run."""
