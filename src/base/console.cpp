@@ -22,6 +22,14 @@ void OutF(const char* format, ...) {
     va_end(args);
 }
 
+void ErrF(const char* format, ...) {
+    std::fflush(stdout);
+    va_list args;
+    va_start(args, format);
+    std::vfprintf(stderr, format, args);
+    va_end(args);
+}
+
 void Flush() {
     std::fflush(stdout);
 }
@@ -31,13 +39,6 @@ void ErrLine(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
     std::fputc('\n', stderr);
     std::fflush(stderr);
-}
-
-void ErrF(const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    std::vfprintf(stderr, format, args);
-    va_end(args);
 }
 
 }  // namespace console
