@@ -3,7 +3,7 @@
 # Idempotent: when everything is there already it only checks and returns.
 set -euo pipefail
 packages=(g++ cmake ninja-build libboost-dev libfftw3-dev libsuitesparse-dev libopenblas-dev
-          libgtest-dev libgmock-dev
+          libgtest-dev libgmock-dev liblapack-dev
           python3-numpy python3-matplotlib python3-meshio python3-pytest)
 missing=()
 for p in "${packages[@]}"; do
