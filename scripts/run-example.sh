@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# Runs the bundled example project (examples/column) with build/varnek, tells where the results
-# are and draws their report (scripts/varnek-report). The project is copied into a working folder
+# Runs the bundled example project (examples/column) with build/varnek, after
+# build/varnek-selfweight has made its initial stresses (output0.inp), tells where the results are
+# and draws their report (scripts/varnek-report). The project is copied into a working folder
 # first, so that the repository stays clean:
 #   scripts/run-example.sh [working-folder]        (default: build/example-run)
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 program="$root/build/varnek"
-if [ ! -x "$program" ]; then
-  echo "build/varnek is missing: run scripts/build.sh first" >&2
+selfweight="$root/build/varnek-selfweight"
+if [ ! -x "$program" ] || [ ! -x "$selfweight" ]; then
+  echo "build/varnek or build/varnek-selfweight is missing: run scripts/build.sh first" >&2
   exit 1
 fi
 work="$(mkdir -p "${1:-$root/build/example-run}" && cd "${1:-$root/build/example-run}" && pwd)"
@@ -19,6 +21,9 @@ cp -r "$root/examples/column" "$work/"
 printf '%s\n' "$project" > "$work/config_VARNEK.txt"
 
 cd "$work"
+# The self-weight analysis of the level column (geostatic stresses) replaces the copied
+# output0.inp; the dynamic analysis starts from it.
+"$selfweight" --method k0 < /dev/null
 start=$(date +%s)
 status=0
 "$program" < /dev/null || status=$?

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct NodeMotion {
@@ -21,6 +22,11 @@ class NodeMotionTable {
     // A missing file or a short one gives zeros.
     NodeMotionTable(const std::string& dispPath, const std::string& accPath, size_t nodeCount,
                     uint64_t stepStride, uint64_t firstStep, uint64_t stepCount);
+
+    // One step (step 0) held in memory, such as a static state: x, y of every node in disp (m)
+    // and in acc (m/s2).
+    NodeMotionTable(std::vector<double> disp, std::vector<double> acc)
+        : firstStep_(0), stepCount_(1), disp_(std::move(disp)), acc_(std::move(acc)) {}
 
     // Motion of a node at an absolute step within the run held.
     NodeMotion At(size_t node, uint64_t step) const;

@@ -1,6 +1,7 @@
 #include "results/record_lines.hpp"
 
 #include <algorithm>
+#include <array>
 
 #include "results/number_format.hpp"
 #include "results/work_file_reader.hpp"
@@ -26,32 +27,64 @@ double StiffnessRatioOf(const CAnalysisData& analysis, int64_t element) {
     return material == nullptr ? 0.0 : material->G / material->G0;
 }
 
+namespace {
+
+// The parts of a line that are the same on every line of an element: its number and, for
+// stress, the stiffness ratio with the line end.
+class ElementLabels {
+  public:
+    explicit ElementLabels(const ElementLines& lines) {
+        numberEnd_ = FormatInteger(number_, lines.elementNumber);
+        ratio_[0] = ' ';
+        ratioEnd_ = FormatFixed(ratio_ + 1, lines.stiffnessRatio, 4);
+        *ratioEnd_++ = '\n';
+    }
+    ElementLabels(const ElementLabels&) = delete;
+    ElementLabels& operator=(const ElementLabels&) = delete;
+    std::string_view Number() const { return {number_, static_cast<size_t>(numberEnd_ - number_)}; }
+    std::string_view Ratio() const { return {ratio_, static_cast<size_t>(ratioEnd_ - ratio_)}; }
+
+  private:
+    char number_[kMaxNumberChars];
+    char* numberEnd_;
+    char ratio_[kMaxNumberChars + 2];
+    char* ratioEnd_;
+};
+
+// One line from the six values of a record, whether held as f32 or as double.
+template <typename Values>
+void AppendRecordLine(TextBuffer& out, RecordKind kind, const ElementLabels& labels,
+                      const Values& values) {
+    out.Text(labels.Number());
+    if (kind == RecordKind::kStress) {
+        // The records hold MPa; the file shows tf/m2.
+        for (double value : values) out.Char(' ').Fixed(value / 9.80665 * 1000.0, 4);
+        out.Text(labels.Ratio());
+    } else {
+        for (double value : values) out.Char(' ').Fixed(value, 8);
+        out.Char('\n');
+    }
+}
+
+// The six values of a response: the components in double, the two scalars as it keeps them.
+std::array<double, 6> ResponseValues(RecordKind kind, const StepResponse& r) {
+    const Vector4& v = kind == RecordKind::kStress ? r.stress : r.strain;
+    const double a = kind == RecordKind::kStress ? r.mean : r.vol;
+    const double b = kind == RecordKind::kStress ? r.dev : r.devStrain;
+    return {v[0], v[1], v[2], v[3], a, b};
+}
+
+}  // namespace
+
 void AppendElementLines(std::span<TextBuffer* const> outs, RecordKind kind,
                         const std::vector<float>& data, const WorkRecordIndex& index,
                         uint64_t element, uint64_t firstStep, const ElementLines& lines) {
-    // The element's number and, for stress, the stiffness ratio are the same on every line.
-    char number[kMaxNumberChars];
-    const std::string_view numberText(number, FormatInteger(number, lines.elementNumber) - number);
-    char ratio[kMaxNumberChars + 2];
-    ratio[0] = ' ';
-    char* ratioEnd = FormatFixed(ratio + 1, lines.stiffnessRatio, 4);
-    *ratioEnd++ = '\n';
-    const std::string_view ratioText(ratio, ratioEnd - ratio);
-
+    const ElementLabels labels(lines);
     // The records of consecutive steps of a point lie side by side: read them in that order.
     for (int g = 0; g < lines.lineCount; ++g) {
         for (size_t i = 0; i < outs.size(); ++i) {
-            TextBuffer& out = *outs[i];
             const WorkRecord record = RecordAt(data, index.Position(element, g, firstStep + i));
-            out.Text(numberText);
-            if (kind == RecordKind::kStress) {
-                // The records hold MPa; the file shows tf/m2.
-                for (float value : record) out.Char(' ').Fixed(double{value} / 9.80665 * 1000.0, 4);
-                out.Text(ratioText);
-            } else {
-                for (float value : record) out.Char(' ').Fixed(double{value}, 8);
-                out.Char('\n');
-            }
+            AppendRecordLine(*outs[i], kind, labels, record);
         }
     }
 }
@@ -68,6 +101,20 @@ void AppendModelRecords(TextBuffer& out, const CAnalysisData& analysis,
             const ElementLines lines{static_cast<int64_t>(e) + 1, analysis.elements[e].gaussCount,
                                      StiffnessRatioOf(analysis, static_cast<int64_t>(e))};
             AppendElementLines(outs, kind, data, index, e, step, lines);
+        }
+    }
+    AppendClosingBlocks(out);
+}
+
+void AppendModelRecords(TextBuffer& out, const CAnalysisData& analysis,
+                        const std::vector<std::vector<StepResponse>>& points) {
+    for (RecordKind kind : {RecordKind::kStress, RecordKind::kStrain}) {
+        out.Text(RecordBanner(kind));
+        for (size_t e = 0; e < points.size(); ++e) {
+            const ElementLabels labels({static_cast<int64_t>(e) + 1, 0,
+                                        StiffnessRatioOf(analysis, static_cast<int64_t>(e))});
+            for (const StepResponse& point : points[e])
+                AppendRecordLine(out, kind, labels, ResponseValues(kind, point));
         }
     }
     AppendClosingBlocks(out);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "model/analysis_data.hpp"
+#include "response/gauss_step_response.hpp"
 #include "response/work_files.hpp"
 #include "results/text_buffer.hpp"
 
@@ -43,6 +44,12 @@ void AppendElementLines(std::span<TextBuffer* const> outs, RecordKind kind,
 void AppendModelRecords(TextBuffer& out, const CAnalysisData& analysis,
                         const std::vector<float>& stress, const std::vector<float>& strain,
                         uint64_t step);
+
+// Both blocks over all elements in list order from responses held in memory (a static state
+// computed in this process, not read back from work files), points[e] holding the points of
+// element e; then the closing blocks. The values are formatted from double.
+void AppendModelRecords(TextBuffer& out, const CAnalysisData& analysis,
+                        const std::vector<std::vector<StepResponse>>& points);
 
 // How the lines of one element in a run of element groups are counted: by the point count of
 // the element's running index within the run, or of its index within its group (both counted

@@ -27,6 +27,9 @@ class ProjectFolder {
 
     // Runs the program with this folder as the working directory and the given standard input.
     ProgramRun Run(const std::string& input = "") const;
+    // The same for any executable, with its arguments as one shell word list.
+    ProgramRun RunExecutable(const std::string& executable, const std::string& arguments,
+                             const std::string& input = "") const;
 
   private:
     std::filesystem::path root_;
