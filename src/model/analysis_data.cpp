@@ -12,5 +12,6 @@ void CAnalysisData::clear(int releaseTransform) {
     seismicWaves.clear();
     dofFixed.clear();
     dofSpare.clear();
+    sources = ModelSources{};
     if (releaseTransform == 1) transformHandle.reset();
 }
