@@ -11,6 +11,13 @@ int ProcessorCount() {
     return omp_get_num_procs();
 }
 
+std::optional<uint64_t> PhysicalMemory() {
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGE_SIZE);
+    if (pages <= 0 || pageSize <= 0) return std::nullopt;
+    return static_cast<uint64_t>(pages) * static_cast<uint64_t>(pageSize);
+}
+
 std::optional<uint64_t> FileSize(const std::string& path) {
     std::error_code ec;
     const auto size = std::filesystem::file_size(path, ec);

@@ -8,6 +8,9 @@
 // Number of processors the OpenMP runtime sees.
 int ProcessorCount();
 
+// Bytes of physical memory of the machine, or nothing when the system does not tell.
+std::optional<uint64_t> PhysicalMemory();
+
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);
 

@@ -35,6 +35,16 @@ void StopOnBadModel(const std::string& fault) {
     StopRun(ExitStatus::kBadInput);
 }
 
+void StopOnBadModel(const std::vector<std::string>& faults) {
+    for (size_t i = 0; i < faults.size() && i < kShownFaults; ++i) console::ErrLine(faults[i]);
+    if (faults.size() > kShownFaults) {
+        const size_t more = faults.size() - kShownFaults;
+        console::ErrLine("and " + std::to_string(more) +
+                         (more == 1 ? " more fault" : " more faults"));
+    }
+    StopRun(ExitStatus::kBadInput);
+}
+
 void StopOnUnopenedFile(const std::string& name) {
     console::OutLine("Error: cannot open file(" + name + ")");
     StopRun(ExitStatus::kOutputFailure);

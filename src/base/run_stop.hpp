@@ -3,7 +3,9 @@
 // console first and running no static destructors.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 // The exit statuses of the program. A complete run returns 0 from main.
 enum class ExitStatus : int {
@@ -37,6 +39,11 @@ enum class ExitStatus : int {
 // A model that cannot be analysed, where no file line is to blame (an element, a node or a
 // material, numbered from 1): the fault on standard error, status 2.
 [[noreturn]] void StopOnBadModel(const std::string& fault);
+
+// The faults a model check found, one a line on standard error (the first kShownFaults, then
+// "and N more faults"), status 2.
+constexpr size_t kShownFaults = 20;
+[[noreturn]] void StopOnBadModel(const std::vector<std::string>& faults);
 
 // A result or work file that cannot be opened: the error line naming the file on standard
 // output, status 1.

@@ -52,6 +52,19 @@ double Jacobian(const RealMatrix& dN, const double* xy, int n, double (&J)[2][2]
     return J[0][0] * J[1][1] - J[0][1] * J[1][0];
 }
 
+}  // namespace
+
+double JacobianDeterminantAt(const CElement& element, const CPoint& natural,
+                             const std::vector<CNode>& nodes) {
+    const int n = NodeCount(element);
+    double xy[2 * kMaxNodes];
+    FillNodeCoordinates(element, nodes, n, xy);
+    double J[2][2];
+    return Jacobian(element.shapeFunction->GetdNMatrix(natural), xy, n, J);
+}
+
+namespace {
+
 // The strain-displacement rows (ex, ey, ez, gxy) at a point, all real; returns detJ.
 double RealStrainRows(const CElement& element, const CGauss& point, const std::vector<CNode>& nodes,
                       int n, StrainRows& b) {

@@ -17,6 +17,10 @@ using StrainSeries = std::array<ComplexVector, 4>;
 // Row j: x and y of the element's node j (n x 2).
 RealMatrix NodeCoordinateMatrix(const CElement& element, const std::vector<CNode>& nodes);
 
+// detJ, sign kept, of the element's mapping at a point given in natural coordinates (x, y).
+double JacobianDeterminantAt(const CElement& element, const CPoint& natural,
+                             const std::vector<CNode>& nodes);
+
 // Fills the complex 4 x 2n strain matrix B at the point and returns detJ (sign kept).
 double StrainMatrixAt(const CElement& element, const CGauss& point, const std::vector<CNode>& nodes,
                       ComplexMatrix& B);

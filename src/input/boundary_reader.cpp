@@ -29,6 +29,7 @@ Complex ScaledTerm(double real, double imag, double factor) {
 
 void ReadBoundary(CAnalysisData& analysis, ConditionList& conditions, const std::string& path) {
     const int nodeCount = static_cast<int>(analysis.nodes.size());
+    analysis.sources.boundaryPath = path;
     ReadDataLines(path, "BCDispData:Reading error", [&](const std::string& line, int number) {
         auto requireNode = [&](int node, const char* what) {
             if (node >= 0 && node < nodeCount) return;
@@ -43,6 +44,7 @@ void ReadBoundary(CAnalysisData& analysis, ConditionList& conditions, const std:
             std::sscanf(line.c_str(), "%d %d %lf %lf", &node, &code, &vx, &vy);
             requireNode(node, "node");
             conditions.push_back(boost::make_shared<CBoundaryCond>(node, vx, vy, code));
+            analysis.sources.boundaryLines.push_back(number);
             return;
         }
 
@@ -77,6 +79,7 @@ void ReadBoundary(CAnalysisData& analysis, ConditionList& conditions, const std:
         visco->edgeNode3 = edge3;
         visco->edgeNodeCount = edge3 != -1 ? 3 : 2;
         conditions.push_back(visco);
+        analysis.sources.boundaryLines.push_back(number);
     });
 }
 

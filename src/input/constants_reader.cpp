@@ -16,6 +16,9 @@ void ReadConstants(CAnalysisData& analysis, const std::string& path) {
                            std::to_string(numbers.values.size()));
     }
     const auto& v = numbers.values;
+    analysis.sources.constantsPath = path;
+    analysis.sources.constants.assign(v.begin(), v.begin() + kRequired);
+    analysis.sources.constantLines.assign(numbers.lines.begin(), numbers.lines.begin() + kRequired);
     analysis.cutoffFrequency = v[0];
     // v[1]: the file keeps a place for a second constant that the analysis does not use.
     analysis.timeStep = v[2];

@@ -44,7 +44,9 @@ boost::shared_ptr<DAT_ShapeFunction> MakeShapeFunction(int nodeCount) {
 
 void ReadElements(CAnalysisData& analysis, const std::string& elementPath,
                   const std::string& materialPath) {
-    ReadMaterials(analysis.materials, materialPath);
+    analysis.sources.materialsPath = materialPath;
+    analysis.sources.elementsPath = elementPath;
+    ReadMaterials(analysis.materials, materialPath, &analysis.sources.materialLines);
     const int materialCount = static_cast<int>(analysis.materials.size());
     const int nodeCount = static_cast<int>(analysis.nodes.size());
 
@@ -84,5 +86,7 @@ void ReadElements(CAnalysisData& analysis, const std::string& elementPath,
         element.gaussPoints = element.gaussRule->points;
         element.usesFirstDensity = selector == 1;
         analysis.elements.push_back(std::move(element));
+        analysis.sources.elementLines.push_back(number);
+        analysis.sources.elementMaterials.push_back(material);
     });
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <numbers>
 #include <string>
@@ -96,7 +97,8 @@ boost::shared_ptr<DAT_Material> ReadTableRecord(const RecordCursor& v, size_t p,
 
 }  // namespace
 
-void ReadMaterials(MaterialList& list, const std::string& path) {
+void ReadMaterials(MaterialList& list, const std::string& path,
+                   std::vector<MaterialRecordLines>* recordLines) {
     if (path.empty()) return;
     const NumberList numbers = ReadNumbers(path, "dConstantData:Reading error");
     if (numbers.values.empty()) StopOnBadInput(path, 0, "the file gives no number of materials");
@@ -133,6 +135,11 @@ void ReadMaterials(MaterialList& list, const std::string& path) {
             material = ReadTableRecord(v, p, static_cast<size_t>(rows));
         }
         list.push_back(material);
+        if (recordLines != nullptr) {
+            const auto first = numbers.lines.begin() + static_cast<std::ptrdiff_t>(p);
+            recordLines->push_back(
+                {std::vector<int>(first, first + static_cast<std::ptrdiff_t>(length))});
+        }
         p += length;
     }
 }

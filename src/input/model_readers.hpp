@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "model/analysis_data.hpp"
 
@@ -17,7 +18,10 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path);
 void ReadNodes(CAnalysisData& analysis, const std::string& path);
 void ReadElements(CAnalysisData& analysis, const std::string& elementPath,
                   const std::string& materialPath);
-void ReadMaterials(MaterialList& list, const std::string& path);
+// Appends the materials of the file to list and, where recordLines is given, the lines of each
+// record's numbers to it.
+void ReadMaterials(MaterialList& list, const std::string& path,
+                   std::vector<MaterialRecordLines>* recordLines = nullptr);
 void ReadBoundary(CAnalysisData& analysis, ConditionList& conditions, const std::string& path);
 // Fixes every node that no element uses, so that the system stays regular.
 void AddIdleNodeBoundaries(CAnalysisData& analysis, ConditionList& conditions);

@@ -13,6 +13,7 @@
 #include "input/model_readers.hpp"
 #include "input/wave_resampling.hpp"
 #include "model/analysis_data.hpp"
+#include "model/run_memory.hpp"
 
 namespace {
 
@@ -34,6 +35,7 @@ struct WaveFile {
     std::vector<std::string> header;
     std::vector<double> times;   // s
     std::vector<double> values;  // gal
+    std::vector<int> lines;
     int lastLine = 0;
 };
 
@@ -57,6 +59,7 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
             if (std::sscanf(line.c_str(), "%lf,%lf", &t, &a) == 2) {
                 file.times.push_back(t);
                 file.values.push_back(a);
+                file.lines.push_back(number);
             }
         });
     if (!read) return;
@@ -70,6 +73,13 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
     // The second field is read and not used; the third is the amplitude factor.
     double factor = 0.0;
     if (std::sscanf(file.header[2].c_str(), "%lf", &factor) != 1) factor = 0.0;
+    ModelSources& sources = analysis.sources;
+    sources.wavePath = path;
+    sources.waveHeaderLine = file.headerLine;
+    sources.waveFactor = factor;
+    sources.waveSamples.reserve(file.times.size());
+    for (size_t i = 0; i < file.times.size(); ++i)
+        sources.waveSamples.push_back({file.times[i], file.values[i], file.lines[i]});
     for (double& value : file.values) value = value * 0.01 * factor;  // gal to m/s2
     const double tEnd = file.times.empty() ? 0.0 : file.times.back();
 
@@ -77,14 +87,31 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
         console::Out("時間間隔が設定されておりません\n");
         StopRun(ExitStatus::kBadInput);  // no wave, so nothing after this can run
     }
+    if (!(analysis.timeStep > 0.0) || !std::isfinite(analysis.timeStep)) {
+        char fault[120];
+        std::snprintf(fault, sizeof fault, "the time step %g s is not a positive finite number",
+                      analysis.timeStep);
+        StopOnBadInput(sources.constantsPath, ModelSources::LineOf(sources.constantLines, 2),
+                       fault);
+    }
     const double tStart = 0.0;
     const double length = ResampledLength(tStart, tEnd, analysis.timeStep);
-    if (!(analysis.timeStep > 0.0) || !(length >= 1.0) || !(length <= kLongestWave)) {
+    if (!(length >= 1.0) || !(length <= kLongestWave)) {
         char fault[160];
         std::snprintf(fault, sizeof fault,
                       "time step %g and last sample time %g give no wave of 1 to 2^30 samples",
                       analysis.timeStep, tEnd);
         StopOnBadInput(path, file.lastLine, fault);
+    }
+    // The padded record must fit in memory with its spectrum before any of it is allocated.
+    const double paddedLength = static_cast<double>(PowerOfTwoAtLeast(static_cast<size_t>(length)));
+    const std::string shortfall = MemoryShortfall(paddedLength, 0.0, PhysicalMemory());
+    if (!shortfall.empty()) {
+        char record[160];
+        std::snprintf(record, sizeof record,
+                      "the record of %.0f samples at the time step %g s, padded to %.0f, ", length,
+                      analysis.timeStep, paddedLength);
+        StopOnBadInput(path, file.lastLine, record + shortfall);
     }
 
     CSeismicWave wave;

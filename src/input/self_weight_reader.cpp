@@ -2,6 +2,7 @@
 // line "---- stress ----", one line for each integration point in element order, in tf/m2.
 // They become the points' initial stresses and, for GHE materials, the shear strength.
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -13,7 +14,8 @@
 
 namespace {
 constexpr const char* kStressMarker = "---- stress ----";
-constexpr double kGravity = 9.80665;  // tf/m2 to kN/m2
+constexpr const char* kBlockBanner = "----";  // the head of every block of a result model
+constexpr double kGravity = 9.80665;          // tf/m2 to kN/m2
 constexpr double kTensileConfinementFloor = 0.010132500000000001;
 }  // namespace
 
@@ -32,19 +34,47 @@ double GheStrength(const DAT_GHEmodel& material, double sx, double sy, double sx
 }
 
 void ReadSelfWeightStress(CAnalysisData& analysis, const std::string& path) {
-    // Everything behind the marker line, with no comment rule.
+    // The stress block: the lines behind the marker line, with no comment rule, up to the banner
+    // of the next block or the end of the file.
     std::vector<std::string> block;
+    std::vector<int> blockLines;
+    bool marked = false;
     bool inBlock = false;
-    const bool opened = ReadAllLines(path, [&](const std::string& line, int) {
-        if (inBlock)
+    int lastLine = 0;
+    const bool opened = ReadAllLines(path, [&](const std::string& line, int number) {
+        lastLine = number;
+        if (inBlock && line.rfind(kBlockBanner, 0) == 0) inBlock = false;
+        if (inBlock) {
             block.push_back(line);
-        else
-            inBlock = line == kStressMarker;
+            blockLines.push_back(number);
+        } else if (!marked && line == kStressMarker) {
+            marked = inBlock = true;
+        }
     });
     if (!opened) StopOnUnreadableInput("自重解析:Reading error");
 
-    // Order alone ties a line to its point. A line that does not scan, and every point past the
-    // end of the block, keeps the values of the line before.
+    // Every integration point takes a line of its own: a block cut short would leave the points
+    // behind it with the stresses of another point.
+    size_t pointCount = 0;
+    for (const CElement& element : analysis.elements) pointCount += element.gaussPoints.size();
+    const std::string expected =
+        std::to_string(pointCount) + " expected, one for each integration point of the mesh";
+    if (pointCount > 0 && !marked) {
+        StopOnBadInput(
+            path, lastLine,
+            std::string("no line \"") + kStressMarker + "\": 0 stress lines, " + expected);
+    }
+    if (block.size() < pointCount) {
+        StopOnBadInput(
+            path, blockLines.empty() ? lastLine : blockLines.back(),
+            "the stress block has " + std::to_string(block.size()) + " lines, " + expected);
+    }
+    analysis.sources.selfWeightPath = path;
+    analysis.sources.selfWeightLines.assign(
+        blockLines.begin(), blockLines.begin() + static_cast<std::ptrdiff_t>(pointCount));
+
+    // Order alone ties a line to its point. A line that does not scan keeps the values of the
+    // line before.
     int pointNumber = 0;
     double s[6] = {};
     size_t next = 0;
@@ -53,11 +83,9 @@ void ReadSelfWeightStress(CAnalysisData& analysis, const std::string& path) {
                         ? dynamic_cast<DAT_GHEmodel*>(element.material.get())
                         : nullptr;
         for (CGauss& point : element.gaussPoints) {
-            if (next < block.size()) {
-                std::sscanf(block[next].c_str(), "%d %lf %lf %lf %lf %lf %lf", &pointNumber, &s[0],
-                            &s[1], &s[2], &s[3], &s[4], &s[5]);
-                ++next;
-            }
+            std::sscanf(block[next].c_str(), "%d %lf %lf %lf %lf %lf %lf", &pointNumber, &s[0],
+                        &s[1], &s[2], &s[3], &s[4], &s[5]);
+            ++next;
             for (int i = 0; i < 4; ++i) point.stress[i] = s[i] * kGravity / 1000.0;
             // One strength for the material object: the element's last point decides it.
             if (ghe != nullptr)

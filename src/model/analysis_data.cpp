@@ -8,5 +8,6 @@ void CAnalysisData::clear(int releaseTransform) {
     boundaryConds.clear();
     seismicWaves.clear();
     dofFixed.clear();
+    sources = ModelSources{};
     if (releaseTransform == 1) transformHandle.reset();
 }

@@ -15,6 +15,7 @@
 #include "linalg/small_matrix.hpp"
 #include "model/boundary_condition.hpp"
 #include "model/element.hpp"
+#include "model/model_sources.hpp"
 #include "model/seismic_wave.hpp"
 #include "model/side_treatment.hpp"
 
@@ -40,6 +41,7 @@ class CAnalysisData {
     std::vector<int32_t> dofFixed;     // two per node: 1 fixed, 0 free
     std::vector<int32_t> equationMap;  // two per node: equation number or -1
     int32_t freeDofCount = 0;
+    ModelSources sources;  // the files and lines the model was read from
 
     // Resets the constants to 0 and empties the model; with releaseTransform 1 also frees the
     // transform.

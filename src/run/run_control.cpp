@@ -4,13 +4,16 @@
 
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "base/console.hpp"
 #include "base/platform.hpp"
+#include "base/run_stop.hpp"
 #include "element/constant_operators.hpp"
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
 #include "run/output_stages.hpp"
+#include "solve/model_check.hpp"
 #include "solve/model_preparation.hpp"
 #include "solve/solution_stage.hpp"
 
@@ -41,20 +44,25 @@ void CRunControl::runAnalysis() {
 
     ReadFileList(analysis, inputPath, folderPath);
 
-    const std::string dynFolder = folderPath + "dyn/";
-    const std::string outputFolder = folderPath + "output/";
-    const std::string freeFieldFolder = folderPath + "output_ff/";
-    CreateFolder(dynFolder);
-    CreateFolder(outputFolder);
-
     const size_t dofCount = 2 * analysis.nodes.size();
     analysis.dofFixed.assign(dofCount, 0);
     analysis.equationMap.assign(dofCount, 0);
 
     GivePrivateMaterials(analysis);
     ReadSelfWeightStress(analysis, folderPath + "output0.inp");
+    // A model that would give results that are not finite, zero or wrong stops here, before
+    // anything is written.
+    const std::vector<ModelFault> faults = CheckModel(analysis);
+    if (!faults.empty()) StopOnBadModel(FaultMessages(faults));
+
     DispBoundary(analysis);
     NumberEquations(analysis);
+
+    const std::string dynFolder = folderPath + "dyn/";
+    const std::string outputFolder = folderPath + "output/";
+    const std::string freeFieldFolder = folderPath + "output_ff/";
+    CreateFolder(dynFolder);
+    CreateFolder(outputFolder);
 
     RunSolution(analysis, equivalentLinear, freeFieldFolder);
     console::OutLine("");
