@@ -48,15 +48,7 @@ void CRunControl::runAnalysis() {
     CreateFolder(dynFolder);
     CreateFolder(outputFolder);
 
-    const size_t dofCount = 2 * analysis.nodes.size();
-    analysis.dofFixed.assign(dofCount, 0);
-    analysis.dofSpare.assign(dofCount, 0);
-    analysis.equationMap.assign(dofCount, 0);
-
-    GivePrivateMaterials(analysis);
-    ReadSelfWeightStress(analysis, folderPath + "output0.inp");
-    DispBoundary(analysis);
-    NumberEquations(analysis);
+    PrepareModel(analysis, folderPath + "output0.inp");
 
     RunSolution(analysis, equivalentLinear, freeFieldFolder);
     console::OutLine("");

@@ -5,6 +5,7 @@
 #include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
+#include "input/model_readers.hpp"
 
 void GivePrivateMaterials(CAnalysisData& analysis) {
     // Strain-dependent elements update their modulus and damping on their own; elastic ones
@@ -62,4 +63,16 @@ void NumberEquations(CAnalysisData& analysis) {
         if (analysis.dofFixed[dof] == 0) analysis.equationMap[dof] = next++;
     }
     analysis.freeDofCount = next;
+}
+
+void PrepareModel(CAnalysisData& analysis, const std::string& selfWeightPath) {
+    const size_t dofCount = 2 * analysis.nodes.size();
+    analysis.dofFixed.assign(dofCount, 0);
+    analysis.dofSpare.assign(dofCount, 0);
+    analysis.equationMap.assign(dofCount, 0);
+
+    GivePrivateMaterials(analysis);
+    ReadSelfWeightStress(analysis, selfWeightPath);
+    DispBoundary(analysis);
+    NumberEquations(analysis);
 }

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 struct ProgramRun {
     int status = -1;  // exit status of the program
@@ -27,8 +28,14 @@ class ProjectFolder {
 
     // Runs the program with this folder as the working directory and the given standard input.
     ProgramRun Run(const std::string& input = "") const;
+    // Runs the free-field program there with the arguments.
+    ProgramRun RunFreeField(const std::vector<std::string>& arguments = {}) const;
 
   private:
+    ProgramRun RunExecutable(const std::string& executable,
+                             const std::vector<std::string>& arguments,
+                             const std::string& input) const;
+
     std::filesystem::path root_;
 };
 

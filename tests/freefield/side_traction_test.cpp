@@ -1,0 +1,70 @@
+// The constant side matrix against the shear traction of known free-field profiles.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "freefield/side_traction.hpp"
+#include "structured_mesh.hpp"
+
+namespace {
+
+// Forces on the y degrees of freedom of the edge nodes for the x motion f(y) of the edge nodes.
+std::map<int, Complex> EdgeForces(const std::vector<DofEntry>& matrix,
+                                  const CAnalysisData& section, double (*f)(double)) {
+    std::map<int, Complex> forces;
+    for (const DofEntry& e : matrix) {
+        EXPECT_EQ(e.row % 2, 1);
+        EXPECT_EQ(e.column % 2, 0);
+        forces[e.row / 2] += e.value * f(section.nodes[e.column / 2].y);
+    }
+    return forces;
+}
+
+TEST(SideTraction, ForcesOfLinearAndQuadraticProfilesOverTwoLayers) {
+    // Two layers of 3 m: G* 40 + 4i above, 90 + 9i below.
+    const std::vector<LayerState> layers = {{3.0, 1.8, Complex(40, 4), Complex(), 0.3},
+                                            {3.0, 2.0, Complex(90, 9), Complex(), 0.3}};
+    for (const int kind : {4, 8}) {
+        CAnalysisData section;
+        BuildStructuredMesh(SectionGrid{kind, 2, 2, 4.0, 6.0, false},
+                            ElasticMaterial(40.0, 0.05, 0.3, 1.8e-3), section);
+        for (const Edge edge : {Edge::kLeft, Edge::kRight}) {
+            SCOPED_TRACE(testing::Message() << kind << " " << EdgeName(edge));
+            const SideColumn column = FindSideColumn(section, edge);
+            const std::vector<DofEntry> matrix = SideTractionMatrix(section, column, layers);
+            const double n = column.NormalX();
+
+            // A uniform motion strains nothing and carries no traction.
+            for (const auto& [node, force] : EdgeForces(matrix, section, [](double) { return 1.0; }))
+                EXPECT_LT(std::abs(force), 1e-12) << node;
+
+            // u = y: the traction n G* on each layer, shared out as the side's interpolation
+            // integrates to 1: h/2 at each end of a 2-node side, h/6 and 2h/3 on a 3-node one.
+            const auto linear = EdgeForces(matrix, section, [](double y) { return y; });
+            const Complex top = layers[0].shearModulus, bottom = layers[1].shearModulus;
+            const std::vector<int>& nodes = column.nodes;
+            if (kind == 4) {
+                ASSERT_EQ(nodes.size(), 3u);
+                EXPECT_LT(std::abs(linear.at(nodes[0]) - n * top * 1.5), 1e-12);
+                EXPECT_LT(std::abs(linear.at(nodes[1]) - n * (top + bottom) * 1.5), 1e-12);
+                EXPECT_LT(std::abs(linear.at(nodes[2]) - n * bottom * 1.5), 1e-12);
+            } else {
+                ASSERT_EQ(nodes.size(), 5u);
+                EXPECT_LT(std::abs(linear.at(nodes[0]) - n * top * 0.5), 1e-12);
+                EXPECT_LT(std::abs(linear.at(nodes[1]) - n * top * 2.0), 1e-12);
+                EXPECT_LT(std::abs(linear.at(nodes[2]) - n * (top + bottom) * 0.5), 1e-12);
+                EXPECT_LT(std::abs(linear.at(nodes[3]) - n * bottom * 2.0), 1e-12);
+            }
+
+            // Any profile: the forces sum to n times G* (u(top) - u(bottom)) over the layers,
+            // since the side's shape functions sum to one. u = (6 - y)^2: 0, 9 and 36 down.
+            Complex total;
+            for (const auto& [node, force] :
+                 EdgeForces(matrix, section, [](double y) { return (6.0 - y) * (6.0 - y); }))
+                total += force;
+            EXPECT_LT(std::abs(total - n * (top * (0.0 - 9.0) + bottom * (9.0 - 36.0))), 1e-10);
+        }
+    }
+}
+
+}  // namespace
