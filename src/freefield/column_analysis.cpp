@@ -16,10 +16,35 @@ namespace {
 
 constexpr int kBaseDashpotCode = 100;
 
-bool IsBaseDashpotInX(const CBoundaryCond& condition) {
-    if (condition.typeCode < 100 || condition.typeCode >= 200) return false;
-    const auto* visco = dynamic_cast<const CBCVisco*>(&condition);
-    return visco != nullptr && visco->direction == 0;
+// The base dashpot rows in x (direction 0) or y: the sum of their terms over the width that
+// their nodes span, and whether one of them is a row of the given node.
+struct BaseDashpots {
+    Complex total;
+    double xMin = std::numeric_limits<double>::infinity();
+    double xMax = -std::numeric_limits<double>::infinity();
+    bool onNode = false;
+};
+
+BaseDashpots BaseDashpotsOf(const CAnalysisData& section, bool inX, int node) {
+    BaseDashpots found;
+    const int nodeCount = static_cast<int>(section.nodes.size());
+    for (const auto& condition : section.boundaryConds) {
+        if (condition->typeCode < 100 || condition->typeCode >= 200) continue;
+        const auto* visco = dynamic_cast<const CBCVisco*>(condition.get());
+        if (visco == nullptr || (visco->direction == 0) != inX) continue;
+        found.onNode = found.onNode || visco->rowNode == node;
+        const int edge[3] = {visco->edgeNode1, visco->edgeNode2, visco->edgeNode3};
+        const Complex terms[3] = {visco->term2, visco->term3, visco->term4};
+        const int count = std::clamp(visco->edgeNodeCount, 0, 3);
+        for (int e = -1; e < count; ++e) {
+            const int n = e < 0 ? visco->rowNode : edge[e];
+            if (n < 0 || n >= nodeCount) continue;
+            found.xMin = std::min(found.xMin, section.nodes[static_cast<size_t>(n)].x);
+            found.xMax = std::max(found.xMax, section.nodes[static_cast<size_t>(n)].x);
+        }
+        for (int e = 0; e < count; ++e) found.total += terms[e];
+    }
+    return found;
 }
 
 // One row of a consistent base dashpot of the column.
@@ -64,35 +89,23 @@ CElement ColumnElement(const CElement& edgeElement, std::vector<int> nodes) {
 SideBase FindColumnBase(const CAnalysisData& section, const SideColumn& column) {
     SideBase base;
     const int bottom = column.BaseNode();
-    if (section.dofFixed[2 * static_cast<size_t>(bottom)] == 1) return base;
+    const size_t x = 2 * static_cast<size_t>(bottom);
+    base.fixedInY = section.dofFixed[x + 1] == 1;
+    if (section.dofFixed[x] == 1) return base;
 
-    Complex total;
-    bool bottomHasDashpot = false;
-    double xMin = std::numeric_limits<double>::infinity(), xMax = -xMin;
-    for (const auto& condition : section.boundaryConds) {
-        if (!IsBaseDashpotInX(*condition)) continue;
-        const auto& visco = static_cast<const CBCVisco&>(*condition);
-        bottomHasDashpot = bottomHasDashpot || visco.rowNode == bottom;
-        const int edge[3] = {visco.edgeNode1, visco.edgeNode2, visco.edgeNode3};
-        const Complex terms[3] = {visco.term2, visco.term3, visco.term4};
-        const int count = std::clamp(visco.edgeNodeCount, 0, 3);
-        for (int node : {visco.rowNode, edge[0], edge[1], count > 2 ? edge[2] : visco.rowNode}) {
-            if (node < 0 || node >= static_cast<int>(section.nodes.size())) continue;
-            xMin = std::min(xMin, section.nodes[static_cast<size_t>(node)].x);
-            xMax = std::max(xMax, section.nodes[static_cast<size_t>(node)].x);
-        }
-        for (int e = 0; e < count; ++e) total += terms[e];
-    }
     const std::string where = std::string("the bottom node of the ") + EdgeName(column.edge) +
                               " edge (node " + std::to_string(bottom + 1) + ")";
-    if (!bottomHasDashpot)
+    const BaseDashpots inX = BaseDashpotsOf(section, true, bottom);
+    if (!inX.onNode)
         StopOnBadModel(where +
                        " is neither fixed in x nor held by a base dashpot in x: the free-field "
                        "column would have no base");
-    if (!(xMax > xMin))
+    if (!(inX.xMax > inX.xMin))
         StopOnBadModel(where + " is held by base dashpots that span no width of the base");
     base.rigid = false;
-    base.dashpotPerLength = total / (xMax - xMin);
+    base.dashpotPerLength = inX.total / (inX.xMax - inX.xMin);
+    const BaseDashpots inY = BaseDashpotsOf(section, false, bottom);
+    if (inY.xMax > inY.xMin) base.dashpotPerLengthY = inY.total / (inY.xMax - inY.xMin);
     return base;
 }
 
@@ -184,8 +197,7 @@ ColumnResponse SolveColumn(const CAnalysisData& section, const SideColumn& colum
     RunSolution(model.analysis, equivalentLinear, std::string());
 
     ColumnResponse response;
-    response.rigidBase = base.rigid;
-    response.baseDashpotPerLength = base.dashpotPerLength;
+    response.base = base;
     const size_t lines = static_cast<size_t>(std::max(section.frequencyCount, 0));
     for (int n : model.edgeNodeAt) {
         const ComplexVector& spectrum = model.analysis.nodes[static_cast<size_t>(n)].dispX;
@@ -200,7 +212,6 @@ ColumnResponse SolveColumn(const CAnalysisData& section, const SideColumn& colum
         layer.thickness = column.layers[l].Thickness();
         layer.density = element.Density();
         layer.shearModulus = material.Gstar;
-        layer.lameModulus = material.LambdaStar;
         layer.poissonRatio = material.nuUsed;
         response.layers.push_back(layer);
     }

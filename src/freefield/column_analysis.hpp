@@ -12,14 +12,16 @@
 // What holds the column at its bottom node, as the section holds its own base there.
 struct SideBase {
     bool rigid = true;  // the bottom node is fixed in x
-    // Otherwise dashpots in x, per metre of base (the coefficient times the edge weights of the
-    // boundary file, summed over the section's base and divided by its width).
-    Complex dashpotPerLength;
+    // Otherwise dashpots per metre of base: the coefficients times the edge weights of the
+    // section's base dashpot rows in that direction, summed and divided by the width they span.
+    Complex dashpotPerLength;   // x
+    Complex dashpotPerLengthY;  // y; 0 where the section has none
+    bool fixedInY = false;      // the bottom node is fixed in y
 };
 
 // The base condition of the section at the column's bottom node: rigid where that node is fixed
-// in x, else the section's x base dashpots (codes 100 to 199) spread evenly along its base. A
-// bottom node that is neither fixed in x nor on a base dashpot ends the run as a model that
+// in x, else the section's base dashpots (codes 100 to 199) spread evenly along its base. A
+// bottom node that is neither fixed in x nor on a base dashpot in x ends the run as a model that
 // cannot be analysed.
 SideBase FindColumnBase(const CAnalysisData& section, const SideColumn& column);
 
@@ -42,7 +44,6 @@ struct LayerState {
     double thickness = 0.0;  // m
     double density = 0.0;    // as the element takes it
     Complex shearModulus;    // final strain-compatible G*
-    Complex lameModulus;     // final lambda*
     double poissonRatio = 0.0;
 };
 
@@ -51,8 +52,7 @@ struct ColumnResponse {
     // 0 .. frequencyCount-1, line 0 being 0.
     std::vector<std::vector<Complex>> motion;
     std::vector<LayerState> layers;  // top down
-    bool rigidBase = true;
-    Complex baseDashpotPerLength;
+    SideBase base;
 };
 
 // Builds the column of the given edge, runs the solution on it (the iteration when

@@ -7,8 +7,7 @@
 #include "base/console.hpp"
 #include "base/run_stop.hpp"
 #include "freefield/free_field_files.hpp"
-#include "freefield/side_traction.hpp"
-#include "freefield/transmitting_matrices.hpp"
+#include "freefield/side_matrices.hpp"
 #include "input/model_readers.hpp"
 #include "solve/model_preparation.hpp"
 
@@ -95,10 +94,8 @@ FolderSummary WriteFreeFieldFolder(const std::string& folder, const CAnalysisDat
                                                   result.right.response);
     summary.motionFiles +=
         WriteColumnMotionFiles(out, "LFF_", result.left.column, result.left.response);
-    WriteMatrixFile(out + "RIGHTEmatrix.dat",
-                    SideTractionMatrix(section, result.right.column, result.right.response.layers));
-    WriteMatrixFile(out + "LEFTEmatrix.dat",
-                    SideTractionMatrix(section, result.left.column, result.left.response.layers));
+    WriteMatrixFile(out + "RIGHTEmatrix.dat", SideTractionMatrix(result.right));
+    WriteMatrixFile(out + "LEFTEmatrix.dat", SideTractionMatrix(result.left));
 
     if (treatment == SideTreatment::kTransmitting) {
         const auto start = std::chrono::steady_clock::now();

@@ -126,6 +126,9 @@ TEST(ColumnAnalysis, BaseConditionComesFromTheSection) {
         EXPECT_FALSE(base.rigid);
         EXPECT_NEAR(base.dashpotPerLength.real(), 0.4, 1e-12);
         EXPECT_EQ(base.dashpotPerLength.imag(), 0.0);
+        // The y rows: the first term of each a hundred times larger, 81.6 over 6 m.
+        EXPECT_NEAR(base.dashpotPerLengthY.real(), 13.6, 1e-12);
+        EXPECT_TRUE(base.fixedInY);
     }
 
     const CAnalysisData floating = DashpotSection(false);

@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "freefield/side_traction.hpp"
+#include "freefield/side_matrices.hpp"
 #include "structured_mesh.hpp"
 
 namespace {
@@ -22,16 +22,19 @@ std::map<int, Complex> EdgeForces(const std::vector<DofEntry>& matrix,
 
 TEST(SideTraction, ForcesOfLinearAndQuadraticProfilesOverTwoLayers) {
     // Two layers of 3 m: G* 40 + 4i above, 90 + 9i below.
-    const std::vector<LayerState> layers = {{3.0, 1.8, Complex(40, 4), Complex(), 0.3},
-                                            {3.0, 2.0, Complex(90, 9), Complex(), 0.3}};
+    const std::vector<LayerState> layers = {{3.0, 1.8, Complex(40, 4), 0.3},
+                                            {3.0, 2.0, Complex(90, 9), 0.3}};
     for (const int kind : {4, 8}) {
         CAnalysisData section;
         BuildStructuredMesh(SectionGrid{kind, 2, 2, 4.0, 6.0, false},
                             ElasticMaterial(40.0, 0.05, 0.3, 1.8e-3), section);
         for (const Edge edge : {Edge::kLeft, Edge::kRight}) {
             SCOPED_TRACE(testing::Message() << kind << " " << EdgeName(edge));
-            const SideColumn column = FindSideColumn(section, edge);
-            const std::vector<DofEntry> matrix = SideTractionMatrix(section, column, layers);
+            SideAnalysis side;
+            side.column = FindSideColumn(section, edge);
+            side.response.layers = layers;
+            const SideColumn& column = side.column;
+            const std::vector<DofEntry> matrix = SideTractionMatrix(side);
             const double n = column.NormalX();
 
             // A uniform motion strains nothing and carries no traction.
@@ -65,6 +68,34 @@ TEST(SideTraction, ForcesOfLinearAndQuadraticProfilesOverTwoLayers) {
             EXPECT_LT(std::abs(total - n * (top * (0.0 - 9.0) + bottom * (9.0 - 36.0))), 1e-10);
         }
     }
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ThinLayerBaseOfASide, RigidOrDashpotsInBothDirections) {
+    SideAnalysis side;
+    side.column.edge = Edge::kRight;
+    side.column.nodes = {4, 2, 0};
+    SideBase& base = side.response.base;
+    EXPECT_TRUE(ThinLayerBase(side).rigid);
+
+    base.rigid = false;
+    base.dashpotPerLength = Complex(1320.0, 0.0);
+    base.dashpotPerLengthY = Complex(2464.0, 0.0);
+    const ColumnBase thin = ThinLayerBase(side);
+    EXPECT_FALSE(thin.rigid);
+    EXPECT_EQ(thin.dashpotX, 1320.0);
+    EXPECT_EQ(thin.dashpotY, 2464.0);
+
+    base.fixedInY = true;
+    EXPECT_EXIT(ThinLayerBase(side), testing::ExitedWithCode(2),
+                "column of the right edge stands on base dashpots in x but is fixed in y");
+    base.fixedInY = false;
+    base.dashpotPerLengthY = Complex(2464.0, 10.0);
+    EXPECT_EXIT(ThinLayerBase(side), testing::ExitedWithCode(2),
+                "base dashpots of complex coefficient");
 }
 
 }  // namespace
