@@ -136,20 +136,9 @@ TEST(FreeFieldProgram, FilesAreLaidOutForTheDynamicAnalysis) {
         }
         EXPECT_FALSE(p.Exists("output_ff/" + std::string(side) + "9.dat"));
     }
-    // Rows y and columns x of right edge nodes. 2 x 2 node pairs in each of the 8 layers, the
-    // pair of a node shared by two layers once, and not at all where two layers of one soil
-    // meet, whose terms cancel there: 32 - 7 - 6.
-    std::istringstream traction(p.Read("output_ff/RIGHTEmatrix.dat"));
-    int row = 0, column = 0, entries = 0;
-    double re = 0.0, im = 0.0;
-    while (traction >> row >> column >> re >> im) {
-        ++entries;
-        EXPECT_EQ(row % 2, 1);
-        EXPECT_EQ(column % 2, 0);
-        EXPECT_EQ((row / 2) % (section.columns + 1), section.columns);
-        EXPECT_EQ((column / 2) % (section.columns + 1), section.columns);
-    }
-    EXPECT_EQ(entries, 19);
+    // 2 x 2 node pairs in each of the 8 layers, the pair of a node shared by two layers once,
+    // and not at all where two layers of one soil meet, whose terms cancel: 32 - 7 - 6.
+    EXPECT_EQ(CountLines(p.Read("output_ff/RIGHTEmatrix.dat")), 19u);
     EXPECT_FALSE(p.Exists("output_ff/REMat1.dat"));
 }
 
