@@ -7,6 +7,8 @@
 #include "freefield/free_field_files.hpp"
 #include "solve/line_vectors.hpp"
 
+extern "C" void openblas_set_num_threads(int threads);
+
 namespace {
 
 std::string ColumnName(const SideAnalysis& side) {
@@ -119,6 +121,9 @@ int WriteLineMatrixFiles(const std::string& folder, const CAnalysisData& section
     const bool alike = SameThinLayers(right, left);
     const double duration = section.PaddedLength() * section.timeStep;
     const int lines = section.frequencyCount;
+    // The eigenproblems (tens to a few hundred rows) are too small for threads of the BLAS,
+    // which would only compete with the threads over lines.
+    openblas_set_num_threads(1);
 #pragma omp parallel for schedule(guided, 1)
     for (int i = 1; i < lines; ++i) {
         const double w = LineCircularFrequency(i, duration);
