@@ -13,7 +13,6 @@
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
 #include "run/output_stages.hpp"
-#include "solve/model_check.hpp"
 #include "solve/model_preparation.hpp"
 #include "solve/solution_stage.hpp"
 
@@ -44,19 +43,8 @@ void CRunControl::runAnalysis() {
 
     ReadFileList(analysis, inputPath, folderPath);
 
-    const size_t dofCount = 2 * analysis.nodes.size();
-    analysis.dofFixed.assign(dofCount, 0);
-    analysis.equationMap.assign(dofCount, 0);
-
-    GivePrivateMaterials(analysis);
-    ReadSelfWeightStress(analysis, folderPath + "output0.inp");
-    // A model that would give results that are not finite, zero or wrong stops here, before
-    // anything is written.
-    const std::vector<ModelFault> faults = CheckModel(analysis);
-    if (!faults.empty()) StopOnBadModel(FaultMessages(faults));
-
-    DispBoundary(analysis);
-    NumberEquations(analysis);
+    // Checks the model before anything is written: a faulty one stops here.
+    PrepareModel(analysis, folderPath + "output0.inp");
 
     const std::string dynFolder = folderPath + "dyn/";
     const std::string outputFolder = folderPath + "output/";

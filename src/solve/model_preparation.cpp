@@ -3,6 +3,8 @@
 #include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
+#include "input/model_readers.hpp"
+#include "solve/model_check.hpp"
 
 void GivePrivateMaterials(CAnalysisData& analysis) {
     // Strain-dependent elements update their modulus and damping on their own; elastic ones
@@ -60,4 +62,20 @@ void NumberEquations(CAnalysisData& analysis) {
         if (analysis.dofFixed[dof] == 0) analysis.equationMap[dof] = next++;
     }
     analysis.freeDofCount = next;
+}
+
+void PrepareModel(CAnalysisData& analysis, const std::string& selfWeightPath) {
+    const size_t dofCount = 2 * analysis.nodes.size();
+    analysis.dofFixed.assign(dofCount, 0);
+    analysis.equationMap.assign(dofCount, 0);
+
+    GivePrivateMaterials(analysis);
+    ReadSelfWeightStress(analysis, selfWeightPath);
+    // A model that would give results that are not finite, zero or wrong stops here, before
+    // anything is written.
+    const std::vector<ModelFault> faults = CheckModel(analysis);
+    if (!faults.empty()) StopOnBadModel(FaultMessages(faults));
+
+    DispBoundary(analysis);
+    NumberEquations(analysis);
 }

@@ -2,6 +2,8 @@
 // elements, the constraint marking and the equation numbering.
 #pragma once
 
+#include <string>
+
 #include "model/analysis_data.hpp"
 
 // Gives each element whose material is not elastic a deep copy of its own.
@@ -13,3 +15,8 @@ void DispBoundary(CAnalysisData& analysis);
 
 // equationMap and freeDofCount from dofFixed.
 void NumberEquations(CAnalysisData& analysis);
+
+// All of these after the model input, as the driver runs them: the degree-of-freedom arrays,
+// private materials, the initial stresses of the self-weight result at selfWeightPath, the model
+// check (a faulty model stops the run here, status 2), the constraints and the equation numbers.
+void PrepareModel(CAnalysisData& analysis, const std::string& selfWeightPath);

@@ -54,7 +54,10 @@ void WriteColumnProject(const ProjectFolder& p, const std::map<std::string, std:
 }
 
 ProgramRun RunSelfWeight(const ProjectFolder& p, const std::string& arguments = "") {
-    return p.RunExecutable(VARNEK_SELFWEIGHT_EXECUTABLE, arguments);
+    std::vector<std::string> words;
+    std::istringstream in(arguments);
+    for (std::string word; in >> word;) words.push_back(word);
+    return p.RunExecutable(VARNEK_SELFWEIGHT_EXECUTABLE, words);
 }
 
 std::string Block(const std::string& text, const std::string& banner) {

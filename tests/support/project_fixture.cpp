@@ -41,16 +41,21 @@ bool ProjectFolder::Exists(const std::string& relative) const {
 }
 
 ProgramRun ProjectFolder::Run(const std::string& input) const {
-    return RunExecutable(VARNEK_EXECUTABLE, "", input);
+    return RunExecutable(VARNEK_EXECUTABLE, {}, input);
 }
 
-ProgramRun ProjectFolder::RunExecutable(const std::string& executable, const std::string& arguments,
+ProgramRun ProjectFolder::RunFreeField(const std::vector<std::string>& arguments) const {
+    return RunExecutable(VARNEK_FREEFIELD_EXECUTABLE, arguments, "");
+}
+
+ProgramRun ProjectFolder::RunExecutable(const std::string& executable,
+                                        const std::vector<std::string>& arguments,
                                         const std::string& input) const {
     const fs::path in = root_ / ".stdin", out = root_ / ".stdout", err = root_ / ".stderr";
     std::ofstream(in, std::ios::binary) << input;
-    const std::string command = "cd '" + root_.string() + "' && '" + executable + "' " + arguments +
-                                " < '" + in.string() + "' > '" + out.string() + "' 2> '" +
-                                err.string() + "'";
+    std::string command = "cd '" + root_.string() + "' && '" + executable + "'";
+    for (const std::string& argument : arguments) command += " '" + argument + "'";
+    command += " < '" + in.string() + "' > '" + out.string() + "' 2> '" + err.string() + "'";
     const int raw = std::system(command.c_str());
     ProgramRun run;
     run.status = WIFEXITED(raw) ? static_cast<signed char>(WEXITSTATUS(raw)) : -1000;

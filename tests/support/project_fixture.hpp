@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 struct ProgramRun {
     int status = -1;  // exit status of the program
@@ -27,9 +28,12 @@ class ProjectFolder {
 
     // Runs the program with this folder as the working directory and the given standard input.
     ProgramRun Run(const std::string& input = "") const;
-    // The same for any executable, with its arguments as one shell word list.
-    ProgramRun RunExecutable(const std::string& executable, const std::string& arguments,
+    // The same for any executable, with its arguments.
+    ProgramRun RunExecutable(const std::string& executable,
+                             const std::vector<std::string>& arguments,
                              const std::string& input = "") const;
+    // Runs the free-field program there with the arguments.
+    ProgramRun RunFreeField(const std::vector<std::string>& arguments = {}) const;
 
   private:
     std::filesystem::path root_;
