@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
@@ -39,9 +40,13 @@ void RestoreProcessPriority() {
     gRaised = false;
 }
 
-void CreateFolder(const std::string& path) {
+int CreateFolder(const std::string& path) {
     std::error_code ec;
     std::filesystem::create_directory(path, ec);
+    std::error_code kind;
+    if (std::filesystem::is_directory(path, kind)) return 0;
+    if (std::filesystem::exists(path, kind)) return ENOTDIR;
+    return ec ? ec.value() : ENOENT;
 }
 
 void RemoveFile(const std::string& path) {

@@ -16,8 +16,9 @@ std::optional<uint64_t> FileSize(const std::string& path);
 void RaiseProcessPriority();
 void RestoreProcessPriority();
 
-// Creates a folder; a failure (the folder exists, no permission) is ignored.
-void CreateFolder(const std::string& path);
+// Creates a folder, or finds one there already. Returns 0 when the folder is there afterwards,
+// and otherwise the system's error number (ENOTDIR when a file of that name is in the way).
+int CreateFolder(const std::string& path);
 
 // Removes a file; a failure is ignored.
 void RemoveFile(const std::string& path);
