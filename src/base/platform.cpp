@@ -41,12 +41,15 @@ void RestoreProcessPriority() {
 }
 
 int CreateFolder(const std::string& path) {
-    std::error_code ec;
-    std::filesystem::create_directory(path, ec);
-    std::error_code kind;
-    if (std::filesystem::is_directory(path, kind)) return 0;
-    if (std::filesystem::exists(path, kind)) return ENOTDIR;
-    return ec ? ec.value() : ENOENT;
+    std::error_code made;
+    std::filesystem::create_directory(path, made);
+    std::error_code found;
+    const std::filesystem::file_status status = std::filesystem::status(path, found);
+    if (!found && std::filesystem::is_directory(status)) return 0;
+    if (!found) return ENOTDIR;  // a file of that name is in the way
+    // A name with a trailing separator over a file reads as ENOTDIR here.
+    if (found.value() != ENOENT) return found.value();
+    return made ? made.value() : ENOENT;
 }
 
 void RemoveFile(const std::string& path) {

@@ -5,9 +5,10 @@
 #include <string>
 
 struct ProgramRun {
-    int status = -1;  // exit status of the program
+    int status = -1;  // exit status of the program; 124 when it ran past its time limit
     std::string out;  // standard output
     std::string err;  // standard error
+    double seconds = 0.0;  // wall-clock time of the run
 };
 
 class ProjectFolder {
@@ -26,7 +27,13 @@ class ProjectFolder {
     bool Exists(const std::string& relative) const;
 
     // Runs the program with this folder as the working directory and the given standard input.
+    // The console is caught outside the folder. A run that is not over within the time limit
+    // is ended (status 124), so that a hang fails the test instead of holding it.
     ProgramRun Run(const std::string& input = "") const;
+    // The same with another working directory (one whose "config_VARNEK.txt" may name this
+    // folder as the project).
+    ProgramRun RunIn(const std::filesystem::path& workingDirectory,
+                     const std::string& input = "") const;
 
   private:
     std::filesystem::path root_;
@@ -34,3 +41,8 @@ class ProjectFolder {
 
 // Line count of a text.
 size_t CountLines(const std::string& text);
+
+// A small mixed mesh, complete and valid: a 4-node square, an 8-node square beside it and a
+// 6-node triangle on top of the 8-node one (13 nodes, 3 elements), sharing nodes, the base
+// fixed, under a wave of 21 steps of 0.01 s; per-step or single-step output.
+void WriteMixedProject(const ProjectFolder& p, bool singleStep);
