@@ -2,8 +2,9 @@
 # Installs every build and test dependency from Debian's packages.
 # Idempotent: when everything is there already it only checks and returns.
 set -euo pipefail
+# clang, its runtime (libFuzzer and the sanitizers) and its OpenMP build the fuzz targets.
 packages=(g++ cmake ninja-build libboost-dev libfftw3-dev libsuitesparse-dev libopenblas-dev
-          libgtest-dev libgmock-dev)
+          libgtest-dev libgmock-dev clang libclang-rt-14-dev libomp-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,8 +1,12 @@
 #!/usr/bin/env bash
-# Installs the dependencies, builds everything and runs the whole test suite.
+# Installs the dependencies, builds everything and runs the whole test suite; then the suite once
+# more under the sanitizers, and each fuzz target of the readers for a few seconds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 scripts/build.sh
 cd build
 ctest --output-on-failure -j "$(nproc)" < /dev/null
+cd ..
+scripts/test-sanitized.sh
+scripts/fuzz.sh 3

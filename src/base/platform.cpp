@@ -4,12 +4,29 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
 int ProcessorCount() {
     return omp_get_num_procs();
+}
+
+namespace {
+std::atomic<uint64_t> gMemoryBudget{0};  // 0: the machine's memory
+}  // namespace
+
+uint64_t MemoryBudgetBytes() {
+    if (const uint64_t set = gMemoryBudget.load(); set != 0) return set;
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGE_SIZE);
+    if (pages <= 0 || pageSize <= 0) return UINT64_MAX;  // unknown: no bound
+    return static_cast<uint64_t>(pages) * static_cast<uint64_t>(pageSize);
+}
+
+void SetMemoryBudgetBytes(uint64_t bytes) {
+    gMemoryBudget.store(bytes);
 }
 
 std::optional<uint64_t> FileSize(const std::string& path) {

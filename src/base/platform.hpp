@@ -8,6 +8,11 @@
 // Number of processors the OpenMP runtime sees.
 int ProcessorCount();
 
+// The memory a run may plan to use, in bytes: the machine's physical memory, unless a harness
+// has set less. Readers check what a model would need against it before they allocate.
+uint64_t MemoryBudgetBytes();
+void SetMemoryBudgetBytes(uint64_t bytes);
+
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);
 

@@ -2,7 +2,9 @@
 #include <cstdio>
 #include <string>
 
+#include "base/platform.hpp"
 #include "input/line_reader.hpp"
+#include "input/model_memory.hpp"
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
 
@@ -12,10 +14,23 @@ void ReadNodes(CAnalysisData& analysis, const std::string& path) {
     if (analysis.seismicWaves.empty())
         StopOnBadInput(path, 0, "the nodes are read before any wave");
     const size_t spectrumLength = static_cast<size_t>(analysis.PaddedLength() / 2 + 1);
-    ReadDataLines(path, "NodeData:Reading error", [&](const std::string& line, int) {
+    // The nodes may hold what the machine has beside the wave.
+    const uint64_t padded = static_cast<uint64_t>(analysis.PaddedLength());
+    const uint64_t budget = MemoryBudgetBytes();
+    const uint64_t room = budget > WaveBytes(padded) ? budget - WaveBytes(padded) : 0;
+    const uint64_t mostNodes = room / NodeSpectraBytes(padded);
+    ReadDataLines(path, "NodeData:Reading error", [&](const std::string& line, int number) {
         double x = 0.0, y = 0.0;
         // A line that does not give both coordinates takes no node number.
         if (std::sscanf(line.c_str(), "%lf %lf", &x, &y) != 2) return;
+        if (analysis.nodes.size() >= mostNodes) {
+            StopOnBadInput(path, number,
+                           "node " + std::to_string(analysis.nodes.size() + 1) +
+                               ": the response spectra of more than " + std::to_string(mostNodes) +
+                               " nodes on a wave of " + std::to_string(padded) +
+                               " samples need more than the " + MegabytesText(budget) +
+                               " of memory of this machine");
+        }
         CNode node(x, y, 0.0);
         node.dispX = ComplexVector(spectrumLength);
         node.dispY = ComplexVector(spectrumLength);

@@ -10,6 +10,7 @@
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "input/line_reader.hpp"
+#include "input/model_memory.hpp"
 #include "input/model_readers.hpp"
 #include "input/wave_resampling.hpp"
 #include "model/analysis_data.hpp"
@@ -84,6 +85,19 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
         std::snprintf(fault, sizeof fault,
                       "time step %g and last sample time %g give no wave of 1 to 2^30 samples",
                       analysis.timeStep, tEnd);
+        StopOnBadInput(path, file.lastLine, fault);
+    }
+
+    const uint64_t paddedLength = PowerOfTwoAtLeast(static_cast<size_t>(length));
+    if (WaveBytes(paddedLength) > MemoryBudgetBytes()) {
+        char fault[240];
+        std::snprintf(fault, sizeof fault,
+                      "time step %g and last sample time %g give a wave of %.0f samples, padded to "
+                      "%llu, which needs %s of memory, more than the %s of this machine",
+                      analysis.timeStep, tEnd, length,
+                      static_cast<unsigned long long>(paddedLength),
+                      MegabytesText(WaveBytes(paddedLength)).c_str(),
+                      MegabytesText(MemoryBudgetBytes()).c_str());
         StopOnBadInput(path, file.lastLine, fault);
     }
 
