@@ -4,7 +4,8 @@
 # two at a time:
 #   scripts/fuzz.sh [seconds] [target ...]
 # Each target starts from its seeds in fuzz/corpus/<target>/ and from what earlier runs found
-# (build-fuzz/corpus/<target>/). A crash, a hang, a sanitizer report or a leak leaves its input
+# (build-fuzz/corpus/<target>/). A crash, a hang (one input running over 30 s of wall time, with
+# room for a busy machine), a sanitizer report or a leak leaves its input
 # in build-fuzz/artifacts/<target>/ and makes the script fail; the log is
 # build-fuzz/logs/<target>.log.
 set -euo pipefail
@@ -36,7 +37,7 @@ run_target() {
   # Standard output and error of the readers are closed (-close_fd_mask=3); the fuzzer's own
   # report still reaches the log.
   if "build-fuzz/fuzz/fuzz_$target" "$work" "fuzz/corpus/$target" -max_total_time="$seconds" \
-      -max_len=8192 -timeout=10 -rss_limit_mb=2048 -close_fd_mask=3 -print_final_stats=1 \
+      -max_len=8192 -timeout=30 -rss_limit_mb=2048 -close_fd_mask=3 -print_final_stats=1 \
       -artifact_prefix="$artifacts" > "build-fuzz/logs/$target.log" 2>&1; then
     echo "$target: $(grep -m1 -o 'number_of_executed_units: [0-9]*' "build-fuzz/logs/$target.log" |
       cut -d' ' -f2) executions, no finding"

@@ -104,7 +104,9 @@ void ExpectStoppedForTheFault(const WriteFault& fault) {
     EXPECT_FALSE(fs::is_regular_file(working.Path("a_end.dat")));
     for (const auto& entry : fs::directory_iterator(working.Root()))
         EXPECT_NE(entry.path().filename().string().rfind("work_", 0), 0u) << entry.path();
-    if (fault.beforeAnalysis) EXPECT_FALSE(scene.project.Exists("output/output0.inp"));
+    if (fault.beforeAnalysis) {
+        EXPECT_FALSE(scene.project.Exists("output/output0.inp"));
+    }
 }
 
 TEST(WriteFailure, FilesAndFoldersInTheWayStopTheRunAndLeaveNoWorkFiles) {
