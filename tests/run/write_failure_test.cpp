@@ -111,8 +111,11 @@ void ExpectStoppedForTheFault(const WriteFault& fault) {
 
 TEST(WriteFailure, FilesAndFoldersInTheWayStopTheRunAndLeaveNoWorkFiles) {
     const WriteFault faults[] = {
-        {"\"output\" is a file", false,
-         [](Scene& s) { return InTheWay(s.project, "output", false), ""; },
+        {"\"output\" is a file, after a complete run", false,
+         [](Scene& s) {
+             s.project.Write("a_end.dat", "");  // the marker of the earlier run must go
+             return InTheWay(s.project, "output", false), "";
+         },
          "Error: cannot create folder\\(output/\\): Not a directory\n$", true},
         {"\"dyn\" is a file", true, [](Scene& s) { return InTheWay(s.project, "dyn", false), ""; },
          "Error: cannot create folder\\(dyn/\\): Not a directory\n$", true},
