@@ -52,7 +52,7 @@ void SetStopHandler(StopHandler handler);
 // material, numbered from 1): the fault on standard error, status 2.
 [[noreturn]] void StopOnBadModel(const std::string& fault);
 
-// A result or work file that cannot be opened: the error line naming the file on standard
+// A work file that cannot be opened to be read back: "Error: cannot open file(name)" on standard
 // output, status 1.
 [[noreturn]] void StopOnUnopenedFile(const std::string& name);
 
