@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "model/analysis_data.hpp"
 #include "response/work_files.hpp"
@@ -155,9 +156,9 @@ int main(int argc, char** argv) {
          "output"},
         {"maxima",
          [&] {
-             std::FILE* file = std::fopen("output/output_max.inp", "w");
+             OutputFile file("output/output_max.inp", "w");
              WriteMaximumModelGrouped(model, groupCount, groupSizes, file);
-             std::fclose(file);
+             file.Close();
          },
          ""},
         {"text time histories",

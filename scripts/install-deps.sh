@@ -2,8 +2,9 @@
 # Installs every build and test dependency from Debian's packages.
 # Idempotent: when everything is there already it only checks and returns.
 set -euo pipefail
+# clang, its runtime (libFuzzer and the sanitizers) and its OpenMP build the fuzz targets.
 packages=(g++ cmake ninja-build libboost-dev libfftw3-dev libsuitesparse-dev libopenblas-dev
-          libgtest-dev libgmock-dev liblapack-dev
+          libgtest-dev libgmock-dev liblapack-dev clang libclang-rt-14-dev libomp-dev
           python3-numpy python3-matplotlib python3-meshio python3-pytest)
 missing=()
 for p in "${packages[@]}"; do

@@ -4,6 +4,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
@@ -11,11 +13,20 @@ int ProcessorCount() {
     return omp_get_num_procs();
 }
 
-std::optional<uint64_t> PhysicalMemory() {
+namespace {
+std::atomic<uint64_t> gMemoryBudget{0};  // 0: the machine's memory
+}  // namespace
+
+uint64_t MemoryBudgetBytes() {
+    if (const uint64_t set = gMemoryBudget.load(); set != 0) return set;
     const long pages = sysconf(_SC_PHYS_PAGES);
     const long pageSize = sysconf(_SC_PAGE_SIZE);
-    if (pages <= 0 || pageSize <= 0) return std::nullopt;
+    if (pages <= 0 || pageSize <= 0) return UINT64_MAX;  // unknown: no bound
     return static_cast<uint64_t>(pages) * static_cast<uint64_t>(pageSize);
+}
+
+void SetMemoryBudgetBytes(uint64_t bytes) {
+    gMemoryBudget.store(bytes);
 }
 
 std::optional<uint64_t> FileSize(const std::string& path) {
@@ -46,9 +57,16 @@ void RestoreProcessPriority() {
     gRaised = false;
 }
 
-void CreateFolder(const std::string& path) {
-    std::error_code ec;
-    std::filesystem::create_directory(path, ec);
+int CreateFolder(const std::string& path) {
+    std::error_code made;
+    std::filesystem::create_directory(path, made);
+    std::error_code found;
+    const std::filesystem::file_status status = std::filesystem::status(path, found);
+    if (!found && std::filesystem::is_directory(status)) return 0;
+    if (!found) return ENOTDIR;  // a file of that name is in the way
+    // A name with a trailing separator over a file reads as ENOTDIR here.
+    if (found.value() != ENOENT) return found.value();
+    return made ? made.value() : ENOENT;
 }
 
 void RemoveFile(const std::string& path) {

@@ -8,8 +8,10 @@
 // Number of processors the OpenMP runtime sees.
 int ProcessorCount();
 
-// Bytes of physical memory of the machine, or nothing when the system does not tell.
-std::optional<uint64_t> PhysicalMemory();
+// The memory a run may plan to use, in bytes: the machine's physical memory, unless a harness
+// has set less. Readers check what a model would need against it before they allocate.
+uint64_t MemoryBudgetBytes();
+void SetMemoryBudgetBytes(uint64_t bytes);
 
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);
@@ -19,8 +21,9 @@ std::optional<uint64_t> FileSize(const std::string& path);
 void RaiseProcessPriority();
 void RestoreProcessPriority();
 
-// Creates a folder; a failure (the folder exists, no permission) is ignored.
-void CreateFolder(const std::string& path);
+// Creates a folder, or finds one there already. Returns 0 when the folder is there afterwards,
+// and otherwise the system's error number (ENOTDIR when a file of that name is in the way).
+int CreateFolder(const std::string& path);
 
 // Removes a file; a failure is ignored.
 void RemoveFile(const std::string& path);

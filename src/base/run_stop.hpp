@@ -1,6 +1,7 @@
 // Every way a run ends before its end, in one place: what it shows, where, and the exit status it
 // leaves. A stop may be met in a worker thread; it ends the whole process at once, flushing the
-// console first and running no static destructors.
+// console first, removing the files registered with RemoveOnStop and running no static
+// destructors.
 #pragma once
 
 #include <cstddef>
@@ -26,8 +27,21 @@ enum class ExitStatus : int {
     kSolverFailure = -1234,
 };
 
-// Ends the process with status; the console is flushed first.
+// Ends the process with status; the console is flushed first and the files registered with
+// RemoveOnStop are removed.
 [[noreturn]] void StopRun(ExitStatus status);
+
+// Registers a file that a stopped run must not leave behind (a scratch file of the run): every
+// stop removes it. A relative name is taken in the working directory of the call. Safe to call
+// from any thread; a name may be registered more than once.
+void RemoveOnStop(const std::string& path);
+
+// What ends the process once a stop has shown its message and removed its files. The program
+// keeps the default, _exit with the status. A harness that drives parts of the program within
+// its own process puts a handler that throws, so that a stop returns control to it; a handler
+// that returns falls back to the default.
+using StopHandler = void (*)(ExitStatus status);
+void SetStopHandler(StopHandler handler);
 
 // An input file that cannot be opened: the message and a line end on standard output, a wait for
 // one character on standard input (end of input counts as one), status 0.
@@ -45,12 +59,23 @@ enum class ExitStatus : int {
 constexpr size_t kShownFaults = 20;
 [[noreturn]] void StopOnBadModel(const std::vector<std::string>& faults);
 
-// A result or work file that cannot be opened: the error line naming the file on standard
+// A work file that cannot be opened to be read back: the error line naming the file on standard
 // output, status 1.
 [[noreturn]] void StopOnUnopenedFile(const std::string& name);
 
 // A work file that cannot be measured or read back: the text on standard error, status 1.
 [[noreturn]] void StopOnOutputFault(const std::string& text);
+
+// A result, work or marker file that cannot be created, or whose writing or closing fails (no
+// space left, no permission, a folder or a file in the way): "Error: cannot create file(name):
+// reason" or "Error: cannot write file(name): reason" on standard error, the reason being the
+// system's text for error, status 1. When several threads fail at once, the first reports and
+// the others wait for the end.
+[[noreturn]] void StopOnFileNotCreated(const std::string& name, int error);
+[[noreturn]] void StopOnFileNotWritten(const std::string& name, int error);
+// A result folder that cannot be created or is not a folder: "Error: cannot create
+// folder(name): reason" on standard error, status 1.
+[[noreturn]] void StopOnFolderNotCreated(const std::string& name, int error);
 
 // A failed sparse solve: the text on standard output, status -1234. Only the first failing
 // thread reports; one failing at the same time waits here until the process is gone.

@@ -5,42 +5,43 @@
 
 #include "base/platform.hpp"
 #include "input/line_reader.hpp"
+#include "input/model_memory.hpp"
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
-#include "model/run_memory.hpp"
 
 void ReadNodes(CAnalysisData& analysis, const std::string& path) {
     if (path.empty()) return;
     // Each node carries its x and y response for the lines 0 .. P/2 of the padded wave.
     if (analysis.seismicWaves.empty())
         StopOnBadInput(path, 0, "the nodes are read before any wave");
+    const size_t spectrumLength = static_cast<size_t>(analysis.PaddedLength() / 2 + 1);
+    // The nodes may hold what the machine has beside the wave.
+    const uint64_t padded = static_cast<uint64_t>(analysis.PaddedLength());
+    const uint64_t budget = MemoryBudgetBytes();
+    const uint64_t room = budget > WaveBytes(padded) ? budget - WaveBytes(padded) : 0;
+    const uint64_t mostNodes = room / NodeSpectraBytes(padded);
+    analysis.sources.nodesPath = path;
+    // The lines are taken first and the spectra allocated after: a mesh whose spectra the machine
+    // cannot hold stops before any of them is allocated.
     struct NodeLine {
         double x, y;
         int line;
     };
     std::vector<NodeLine> read;
-    int lastLine = 0;
     ReadDataLines(path, "NodeData:Reading error", [&](const std::string& line, int number) {
-        lastLine = number;
         double x = 0.0, y = 0.0;
         // A line that does not give both coordinates takes no node number.
         if (std::sscanf(line.c_str(), "%lf %lf", &x, &y) != 2) return;
+        if (analysis.nodes.size() + read.size() >= mostNodes) {
+            StopOnBadInput(path, number,
+                           "node " + std::to_string(analysis.nodes.size() + read.size() + 1) +
+                               ": the response spectra of more than " + std::to_string(mostNodes) +
+                               " nodes on a wave of " + std::to_string(padded) +
+                               " samples need more than the " + MegabytesText(budget) +
+                               " of memory of this machine");
+        }
         read.push_back({x, y, number});
     });
-
-    // The spectra of all nodes must fit in memory with the wave before they are allocated.
-    const int paddedLength = analysis.PaddedLength();
-    const double nodeCount = static_cast<double>(analysis.nodes.size() + read.size());
-    const std::string shortfall = MemoryShortfall(paddedLength, nodeCount, PhysicalMemory());
-    if (!shortfall.empty()) {
-        StopOnBadInput(path, lastLine,
-                       std::to_string(static_cast<size_t>(nodeCount)) +
-                           " nodes with a record padded to " + std::to_string(paddedLength) +
-                           " samples " + shortfall);
-    }
-
-    const size_t spectrumLength = static_cast<size_t>(paddedLength / 2 + 1);
-    analysis.sources.nodesPath = path;
     analysis.nodes.reserve(analysis.nodes.size() + read.size());
     for (const NodeLine& r : read) {
         CNode node(r.x, r.y, 0.0);

@@ -10,10 +10,10 @@
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "input/line_reader.hpp"
+#include "input/model_memory.hpp"
 #include "input/model_readers.hpp"
 #include "input/wave_resampling.hpp"
 #include "model/analysis_data.hpp"
-#include "model/run_memory.hpp"
 
 namespace {
 
@@ -104,14 +104,17 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
         StopOnBadInput(path, file.lastLine, fault);
     }
     // The padded record must fit in memory with its spectrum before any of it is allocated.
-    const double paddedLength = static_cast<double>(PowerOfTwoAtLeast(static_cast<size_t>(length)));
-    const std::string shortfall = MemoryShortfall(paddedLength, 0.0, PhysicalMemory());
-    if (!shortfall.empty()) {
-        char record[160];
-        std::snprintf(record, sizeof record,
-                      "the record of %.0f samples at the time step %g s, padded to %.0f, ", length,
-                      analysis.timeStep, paddedLength);
-        StopOnBadInput(path, file.lastLine, record + shortfall);
+    const uint64_t paddedLength = PowerOfTwoAtLeast(static_cast<size_t>(length));
+    if (WaveBytes(paddedLength) > MemoryBudgetBytes()) {
+        char fault[240];
+        std::snprintf(fault, sizeof fault,
+                      "time step %g and last sample time %g give a wave of %.0f samples, padded to "
+                      "%llu, which needs %s of memory, more than the %s of this machine",
+                      analysis.timeStep, tEnd, length,
+                      static_cast<unsigned long long>(paddedLength),
+                      MegabytesText(WaveBytes(paddedLength)).c_str(),
+                      MegabytesText(MemoryBudgetBytes()).c_str());
+        StopOnBadInput(path, file.lastLine, fault);
     }
 
     CSeismicWave wave;

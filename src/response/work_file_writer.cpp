@@ -1,20 +1,26 @@
 #include "response/work_file_writer.hpp"
 
-WorkFileWriter::WorkFileWriter(const std::string& path, size_t bufferBytes)
-    : buffer_(bufferBytes > 0 ? bufferBytes : kDefaultBufferBytes) {
-    file_ = std::fopen(path.c_str(), "wb");
-    good_ = file_ != nullptr;
-    // The writer keeps its own buffer; the stream's would only copy the bytes once more.
-    if (file_) std::setvbuf(file_, nullptr, _IONBF, 0);
+#include "base/run_stop.hpp"
+
+namespace {
+// A work file is registered before it exists, so that no stop can leave it behind.
+const std::string& RegisteredForRemoval(const std::string& path) {
+    RemoveOnStop(path);
+    return path;
 }
+}  // namespace
+
+// The writer keeps its own buffer; the stream's would only copy the bytes once more.
+WorkFileWriter::WorkFileWriter(const std::string& path, size_t bufferBytes)
+    : file_(RegisteredForRemoval(path), "wb", OutputFile::Buffering::kNone),
+      buffer_(bufferBytes > 0 ? bufferBytes : kDefaultBufferBytes) {}
 
 WorkFileWriter::~WorkFileWriter() {
     Close();
 }
 
 void WorkFileWriter::WriteBytes(const void* data, size_t bytes) {
-    if (!file_ || !good_ || bytes == 0) return;
-    if (std::fwrite(data, 1, bytes, file_) != bytes) good_ = false;
+    file_.Write(data, bytes);
 }
 
 void WorkFileWriter::Flush() {
@@ -23,8 +29,6 @@ void WorkFileWriter::Flush() {
 }
 
 void WorkFileWriter::Close() {
-    if (!file_) return;
     Flush();
-    if (std::fclose(file_) != 0) good_ = false;
-    file_ = nullptr;
+    file_.Close();
 }

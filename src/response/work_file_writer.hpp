@@ -1,18 +1,20 @@
 // A binary work file written through a buffer of its own: values go out little-endian, one
 // after the other, with no header. The file is created (or truncated) on construction and
-// closed on destruction. Like every work-file stream it reports nothing: a file that cannot be
-// opened or a full disk leaves the writer failed, and later values are dropped in silence.
+// closed on destruction. A file that cannot be created, a write that fails (a full disk) or a
+// failed close ends the run with status 1, naming the file; a run that stops removes every work
+// file it has created.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "base/output_file.hpp"
 
 class WorkFileWriter {
   public:
@@ -48,8 +50,6 @@ class WorkFileWriter {
     void Flush();
     // Flushes and closes; nothing more is written afterwards.
     void Close();
-    // False once opening or any write has failed.
-    bool Good() const { return good_; }
 
   private:
     template <typename T>
@@ -85,8 +85,7 @@ class WorkFileWriter {
 
     void WriteBytes(const void* data, size_t bytes);
 
-    std::FILE* file_ = nullptr;
+    OutputFile file_;
     std::vector<unsigned char> buffer_;
     size_t used_ = 0;
-    bool good_ = false;
 };

@@ -38,17 +38,17 @@ std::vector<std::vector<float>> LoadGroupMaxima(RecordKind kind, int groupCount,
 
 }  // namespace
 
-void WriteMaximumModelSingle(const CAnalysisData& analysis, std::FILE* file) {
-    TextBuffer out(file);
+void WriteMaximumModelSingle(const CAnalysisData& analysis, OutputFile& file) {
+    TextBuffer out(&file);
     AppendHeadWithMaxima(out, analysis);
-    const std::vector<float> stress = LoadFloatWordsOrNone(work_files::kMaxStress);
-    const std::vector<float> strain = LoadFloatWordsOrNone(work_files::kMaxStrain);
+    const std::vector<float> stress = LoadFloatWordsOrStop(work_files::kMaxStress);
+    const std::vector<float> strain = LoadFloatWordsOrStop(work_files::kMaxStrain);
     AppendModelRecords(out, analysis, stress, strain, 0);
 }
 
 void WriteMaximumModelGrouped(const CAnalysisData& analysis, int groupCount,
-                              const std::vector<uint32_t>& groupSizes, std::FILE* file) {
-    TextBuffer out(file);
+                              const std::vector<uint32_t>& groupSizes, OutputFile& file) {
+    TextBuffer out(&file);
     AppendHeadWithMaxima(out, analysis);
     for (RecordKind kind : {RecordKind::kStress, RecordKind::kStrain}) {
         out.Text(RecordBanner(kind));

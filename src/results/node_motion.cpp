@@ -11,7 +11,7 @@ void ReadRuns(const std::string& path, size_t nodeCount, uint64_t stride, uint64
               uint64_t count, std::vector<double>& values) {
     values.assign(nodeCount * count * 2, 0.0);
     const WorkFileReader file(path);
-    if (!file.IsOpen()) return;
+    RequireOpen(file, path);
     for (size_t node = 0; node < nodeCount; ++node)
         file.ReadAt((node * stride + first) * kPairBytes, values.data() + node * count * 2,
                     count * kPairBytes);

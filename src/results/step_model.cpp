@@ -28,29 +28,29 @@ NodeMotionTable StepMotion(const CAnalysisData& analysis, int64_t firstStep, int
                            static_cast<uint64_t>(firstStep), static_cast<uint64_t>(stepCount));
 }
 
-// Writes one step file through writer(out), opening it with the retry of step files.
+// Writes one step file through writer(out).
 template <typename Writer>
 void WriteStepFile(const std::string& folder, int64_t step, const Writer& writer) {
-    std::FILE* file = OpenStepFile(StepFileName(folder, step), "wb");
+    OutputFile file(StepFileName(folder, step), "wb");
     {
-        TextBuffer out(file);
+        TextBuffer out(&file);
         writer(out);
     }
-    std::fclose(file);
+    file.Close();
 }
 
 }  // namespace
 
-void WriteStepModelFull(const CAnalysisData& analysis, int64_t step, std::FILE* file) {
-    TextBuffer out(file);
+void WriteStepModelFull(const CAnalysisData& analysis, int64_t step, OutputFile& file) {
+    TextBuffer out(&file);
     AppendHead(out, ModelFileHead(analysis), StepMotion(analysis, step, 1), step);
-    const std::vector<float> stress = LoadFloatWordsOrNone(work_files::kStress);
-    const std::vector<float> strain = LoadFloatWordsOrNone(work_files::kStrain);
+    const std::vector<float> stress = LoadFloatWordsOrStop(work_files::kStress);
+    const std::vector<float> strain = LoadFloatWordsOrStop(work_files::kStrain);
     AppendModelRecords(out, analysis, stress, strain, static_cast<uint64_t>(step));
 }
 
-void WriteStepModelHead(const CAnalysisData& analysis, int64_t step, std::FILE* file) {
-    TextBuffer out(file);
+void WriteStepModelHead(const CAnalysisData& analysis, int64_t step, OutputFile& file) {
+    TextBuffer out(&file);
     AppendHead(out, ModelFileHead(analysis), StepMotion(analysis, step, 1), step);
 }
 
@@ -62,9 +62,9 @@ void WriteFullStepFiles(const CAnalysisData& analysis, const std::string& folder
             console::Out("\r時刻歴ファイル出力中\t" + std::to_string(step) + "step");
         },
         [&](int64_t step) {
-            std::FILE* file = OpenStepFile(StepFileName(folder, step), "wb");
+            OutputFile file(StepFileName(folder, step), "wb");
             WriteStepModelFull(analysis, step, file);
-            std::fclose(file);
+            file.Close();
         });
 }
 

@@ -3,18 +3,18 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
+#include "base/output_file.hpp"
 #include "model/analysis_data.hpp"
 
 // The whole file of one step, from the node work files and the single set of stress and strain
 // records (single-step output).
-void WriteStepModelFull(const CAnalysisData& analysis, int64_t step, std::FILE* file);
+void WriteStepModelFull(const CAnalysisData& analysis, int64_t step, OutputFile& file);
 
 // The file of one step up to and including the node block; the stress and strain blocks are
 // appended later, batch by batch.
-void WriteStepModelHead(const CAnalysisData& analysis, int64_t step, std::FILE* file);
+void WriteStepModelHead(const CAnalysisData& analysis, int64_t step, OutputFile& file);
 
 // Every step file of the single-step output: WriteStepModelFull for steps 0 .. stepCount - 1,
 // with the progress "\r時刻歴ファイル出力中\t" step "step".

@@ -1,8 +1,6 @@
 #include "results/step_records.hpp"
 
-#include <chrono>
 #include <memory>
-#include <thread>
 
 #include "results/model_head.hpp"
 #include "results/record_lines.hpp"
@@ -12,24 +10,17 @@ std::string StepFileName(const std::string& folder, int64_t step) {
     return folder + "output" + std::to_string(step) + ".inp";
 }
 
-std::FILE* OpenStepFile(const std::string& path, const char* mode) {
-    for (;;) {
-        if (std::FILE* file = std::fopen(path.c_str(), mode)) return file;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-}
-
 void AppendStepRangeRecords(RecordKind kind, const std::string& folder, int64_t firstStep,
                             int64_t stepCount, const CAnalysisData& analysis,
                             const std::vector<std::vector<float>>& buffers,
                             const std::vector<uint32_t>& groupSizes, int groupCount,
                             int64_t firstElement, bool closing) {
-    std::vector<std::FILE*> files;
+    std::vector<std::unique_ptr<OutputFile>> files;
     std::vector<std::unique_ptr<TextBuffer>> texts;
     std::vector<TextBuffer*> outs;
     for (int64_t i = 0; i < stepCount; ++i) {
-        files.push_back(OpenStepFile(StepFileName(folder, firstStep + i), "ab"));
-        texts.push_back(std::make_unique<TextBuffer>(files.back(), size_t{256} << 10));
+        files.push_back(std::make_unique<OutputFile>(StepFileName(folder, firstStep + i), "ab"));
+        texts.push_back(std::make_unique<TextBuffer>(files.back().get(), size_t{256} << 10));
         outs.push_back(texts.back().get());
         if (firstElement == 0) outs.back()->Text(RecordBanner(kind));
     }
@@ -45,7 +36,7 @@ void AppendStepRangeRecords(RecordKind kind, const std::string& folder, int64_t 
     for (TextBuffer* out : outs)
         if (closing) AppendClosingBlocks(*out);
     texts.clear();  // the last text reaches its file
-    for (std::FILE* file : files) std::fclose(file);
+    for (const std::unique_ptr<OutputFile>& file : files) file->Close();
 }
 
 void AppendStressRecords(const std::string& folder, int64_t step, const CAnalysisData& analysis,

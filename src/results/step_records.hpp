@@ -1,9 +1,9 @@
 // Appending the stress and strain records of a batch of element groups to a step's model file,
-// and the naming and opening of step files.
+// and the naming of step files. Step files are opened as every output file is (OutputFile): a
+// file that does not open within a short retry, or a failed write, ends the run.
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -12,10 +12,6 @@
 
 // folder + "output" + step + ".inp".
 std::string StepFileName(const std::string& folder, int64_t step);
-
-// Opens a step file, trying again until it opens (a file held by another program is waited
-// for).
-std::FILE* OpenStepFile(const std::string& path, const char* mode);
 
 // Appends the stress (or strain) lines of steps firstStep .. firstStep + stepCount - 1 for the
 // elements of a batch, each step's to its own file, all files open at once: the records of

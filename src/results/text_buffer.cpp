@@ -5,7 +5,7 @@
 
 #include "results/number_format.hpp"
 
-TextBuffer::TextBuffer(std::FILE* file, size_t capacity)
+TextBuffer::TextBuffer(OutputFile* file, size_t capacity)
     : file_(file), capacity_(std::max<size_t>(capacity, 2 * kMaxNumberChars)) {
     data_.reset(new char[capacity_]);
 }
@@ -26,14 +26,14 @@ char* TextBuffer::Reserve(size_t n) {
 
 void TextBuffer::Flush() {
     if (file_ == nullptr || used_ == 0) return;
-    std::fwrite(data_.get(), 1, used_, file_);
+    file_->Write(data_.get(), used_);
     used_ = 0;
 }
 
 TextBuffer& TextBuffer::Text(std::string_view text) {
     if (text.size() > capacity_ && file_ != nullptr) {
         Flush();
-        std::fwrite(text.data(), 1, text.size(), file_);
+        file_->Write(text.data(), text.size());
         return *this;
     }
     std::memcpy(Reserve(text.size()), text.data(), text.size());

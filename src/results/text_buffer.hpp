@@ -3,15 +3,16 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string_view>
+
+#include "base/output_file.hpp"
 
 class TextBuffer {
   public:
     // Without a file the text stays in memory (View); with one it goes there on Flush, whenever
-    // the buffer fills, and at the end of the buffer's life.
-    explicit TextBuffer(std::FILE* file = nullptr, size_t capacity = size_t{1} << 20);
+    // the buffer fills, and at the end of the buffer's life. A write that fails ends the run.
+    explicit TextBuffer(OutputFile* file = nullptr, size_t capacity = size_t{1} << 20);
     ~TextBuffer() { Flush(); }
     TextBuffer(const TextBuffer&) = delete;
     TextBuffer& operator=(const TextBuffer&) = delete;
@@ -31,7 +32,7 @@ class TextBuffer {
     // Room for n more characters: flushes first or grows.
     char* Reserve(size_t n);
 
-    std::FILE* file_;
+    OutputFile* file_;
     std::unique_ptr<char[]> data_;  // left uninitialised: every byte is written before use
     size_t capacity_;
     size_t used_ = 0;

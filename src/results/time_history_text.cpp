@@ -1,9 +1,9 @@
 #include "results/time_history_text.hpp"
 
-#include <cstdio>
 #include <memory>
 
 #include "base/console.hpp"
+#include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/work_files.hpp"
@@ -21,14 +21,13 @@ constexpr const char* kStressDone = "\r要素応力データファイル出力�
 template <typename LineWriter>
 void WriteTextFile(const std::string& path, const char* heading, int64_t stepCount,
                    const LineWriter& line) {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (file == nullptr) StopOnUnopenedFile(path);
+    OutputFile file(path, "w");
     {
-        TextBuffer out(file, size_t{64} << 10);
+        TextBuffer out(&file, size_t{64} << 10);
         out.Text(heading);
         for (int64_t t = 0; t < stepCount; ++t) line(out, t);
     }
-    std::fclose(file);
+    file.Close();
 }
 
 std::string NumberedName(const std::string& folder, const char* stem, int64_t index) {
@@ -66,6 +65,7 @@ void WriteStressFilesFrom(const WorkFileReader& reader, int64_t firstElement, in
 void WriteAccFiles(double timeStep, const std::string& dynFolder, const CAnalysisData& analysis) {
     const int64_t stepCount = WaveStepCount(analysis);
     const WorkFileReader reader(work_files::kAcc);
+    RequireOpen(reader, work_files::kAcc);
     ForEachWithProgress(
         static_cast<int64_t>(analysis.nodes.size()), SliceForWorkers(64, 64),
         [](int64_t n) {
@@ -86,6 +86,7 @@ void WriteAccFiles(double timeStep, const std::string& dynFolder, const CAnalysi
 void WriteElementStressFiles(double timeStep, const std::string& dynFolder,
                              const CAnalysisData& analysis) {
     const WorkFileReader reader(work_files::kElementStress);
+    RequireOpen(reader, work_files::kElementStress);
     WriteStressFilesFrom(reader, 0, static_cast<int64_t>(analysis.elements.size()),
                          WaveStepCount(analysis), timeStep, dynFolder);
 }
@@ -110,7 +111,7 @@ void WriteTimeHistoriesGrouped(const std::string& dynFolder, const CAnalysisData
     std::vector<std::unique_ptr<WorkFileReader>> readers;
     for (int k = 0; k < groupCount; ++k) {
         readers.push_back(std::make_unique<WorkFileReader>(work_files::ElementStress(k)));
-        if (!readers.back()->IsOpen()) StopOnUnopenedFile(work_files::ElementStress(k));
+        RequireOpen(*readers.back(), work_files::ElementStress(k));
     }
     int64_t firstElement = 0;
     for (int k = 0; k < groupCount && static_cast<size_t>(k) < groupSizes.size(); ++k) {

@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "base/run_stop.hpp"
+
 WorkFileReader::WorkFileReader(const std::string& path) : fd_(open(path.c_str(), O_RDONLY)) {}
 
 WorkFileReader::~WorkFileReader() {
@@ -26,7 +28,7 @@ void WorkFileReader::ReadAt(uint64_t offset, void* out, size_t size) const {
         if (n <= 0) break;
         done += static_cast<size_t>(n);
     }
-    std::memset(target + done, 0, size - done);
+    if (done < size) std::memset(target + done, 0, size - done);
 }
 
 std::optional<std::vector<float>> LoadFloatWords(const std::string& path) {
@@ -35,9 +37,14 @@ std::optional<std::vector<float>> LoadFloatWords(const std::string& path) {
     return file.ReadArray<float>(0, static_cast<size_t>(file.Size() / sizeof(float)));
 }
 
-std::vector<float> LoadFloatWordsOrNone(const std::string& path) {
+std::vector<float> LoadFloatWordsOrStop(const std::string& path) {
     std::optional<std::vector<float>> words = LoadFloatWords(path);
-    return words ? std::move(*words) : std::vector<float>{};
+    if (!words) StopOnUnopenedFile(path);
+    return std::move(*words);
+}
+
+void RequireOpen(const WorkFileReader& reader, const std::string& path) {
+    if (!reader.IsOpen()) StopOnUnopenedFile(path);
 }
 
 WorkRecord RecordAt(const std::vector<float>& data, uint64_t position) {

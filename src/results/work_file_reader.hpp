@@ -1,5 +1,7 @@
 // Reading the binary work files back: random access by byte position, and whole files of f32
-// words. Whatever lies beyond a file's end, or in a file that cannot be opened, reads as zero.
+// words. Whatever lies beyond a file's end reads as zero. The run wrote and checked every work
+// file before any is read, so a file that cannot be opened is a fault of the surroundings (one
+// removed meanwhile): the readers of the stages stop the run there rather than read zeros.
 #pragma once
 
 #include <array>
@@ -37,8 +39,10 @@ class WorkFileReader {
 // A whole file as f32 words (a trailing part of a word is dropped); nothing when it cannot be
 // opened.
 std::optional<std::vector<float>> LoadFloatWords(const std::string& path);
-// The same, with no words for a file that cannot be opened.
-std::vector<float> LoadFloatWordsOrNone(const std::string& path);
+// The same; a file that cannot be opened ends the run through StopOnUnopenedFile.
+std::vector<float> LoadFloatWordsOrStop(const std::string& path);
+// Ends the run through StopOnUnopenedFile unless the reader's file is open.
+void RequireOpen(const WorkFileReader& reader, const std::string& path);
 
 // The six values of a stress or strain record at a float position; values beyond the data are 0.
 using WorkRecord = std::array<float, 6>;

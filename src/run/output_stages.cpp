@@ -6,11 +6,11 @@
 #include "run/output_stages.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "base/console.hpp"
+#include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "response/motion_synthesis.hpp"
@@ -40,11 +40,9 @@ template <typename Writer>
 void WriteMaximumFile(const std::string& outputFolder, const Writer& writer) {
     console::Out("最大値分布出力中");
     console::Flush();
-    const std::string name = outputFolder + "output_max.inp";
-    std::FILE* file = std::fopen(name.c_str(), "w");
-    if (file == nullptr) StopOnUnopenedFile(name);
+    OutputFile file(outputFolder + "output_max.inp", "w");
     writer(file);
-    std::fclose(file);
+    file.Close();
     console::OutLine("\r最大値分布出力終了");
 }
 
@@ -63,7 +61,7 @@ void RunSingleStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     console::OutLine("\r時刻歴ファイル出力終了\t\t\t\t\t\t");
 
     WriteMaximumFile(outputFolder,
-                     [&](std::FILE* file) { WriteMaximumModelSingle(analysis, file); });
+                     [&](OutputFile& file) { WriteMaximumModelSingle(analysis, file); });
     WriteTimeHistoriesSingle(dynFolder, analysis);
     analysis.clear(1);
 
@@ -116,7 +114,7 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     RestoreProcessPriority();
     console::OutLine("\r時刻歴ファイル出力終了(Stress and Strain)\t\t\t");
 
-    WriteMaximumFile(outputFolder, [&](std::FILE* file) {
+    WriteMaximumFile(outputFolder, [&](OutputFile& file) {
         WriteMaximumModelGrouped(analysis, groupCount, groupSizes, file);
     });
     WriteTimeHistoriesGrouped(dynFolder, analysis, groupCount, groupSizes);

@@ -2,11 +2,11 @@
 
 #include <omp.h>
 
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "base/console.hpp"
+#include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "element/constant_operators.hpp"
@@ -21,6 +21,12 @@ namespace {
 void SetWorkerThreads() {
     const int workers = ProcessorCount() - 1;
     omp_set_num_threads(workers > 0 ? workers : 1);
+}
+
+// A folder of results, made here or found: a file of that name in its place, or a project
+// folder that cannot be written, ends the run before any work is spent.
+void CreateResultFolder(const std::string& path) {
+    if (const int error = CreateFolder(path); error != 0) StopOnFolderNotCreated(path, error);
 }
 
 }  // namespace
@@ -49,8 +55,8 @@ void CRunControl::runAnalysis() {
     const std::string dynFolder = folderPath + "dyn/";
     const std::string outputFolder = folderPath + "output/";
     const std::string freeFieldFolder = folderPath + "output_ff/";
-    CreateFolder(dynFolder);
-    CreateFolder(outputFolder);
+    CreateResultFolder(dynFolder);
+    CreateResultFolder(outputFolder);
 
     RunSolution(analysis, equivalentLinear, freeFieldFolder);
     console::OutLine("");
@@ -59,8 +65,10 @@ void CRunControl::runAnalysis() {
 }
 
 namespace {
+// An empty marker for whatever watches the working directory; one that cannot be written ends
+// the run, since a watcher would wait for it in vain.
 void TouchMarker(const char* name) {
-    std::ofstream(name, std::ios::trunc);
+    OutputFile(name, "wb").Close();
 }
 }  // namespace
 
@@ -69,6 +77,8 @@ int RunProgram() {
     const std::string folder = ReadProjectFolder("config_VARNEK.txt");
     CRunControl run(folder + "input_VARNEK.inp", folder);
     run.ReadFlags(folder + "Flag_VARNEK.inp");
+    // The end marker of an earlier run would tell a watcher that this one is complete.
+    RemoveFile("a_end.dat");
     TouchMarker("a_start.dat");
     run.runAnalysis();
     TouchMarker("a_end.dat");

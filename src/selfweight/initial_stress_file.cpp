@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "results/model_head.hpp"
@@ -12,10 +13,11 @@
 void WriteInitialStressFile(const CAnalysisData& analysis, const SelfWeightState& state,
                             const std::string& path) {
     const std::string partial = path + ".partial";
-    std::FILE* file = std::fopen(partial.c_str(), "wb");
-    if (file == nullptr) StopOnUnopenedFile(partial);
+    // A stop while the file is written (no space, say) takes the partial file away with it.
+    RemoveOnStop(partial);
+    OutputFile file(partial, "wb");
     {
-        TextBuffer out(file);
+        TextBuffer out(&file);
         const ModelFileHead head(analysis);
         head.AppendBlocks(out, 0);
         // A static state: displacement, no acceleration.
@@ -24,11 +26,7 @@ void WriteInitialStressFile(const CAnalysisData& analysis, const SelfWeightState
         head.AppendNodes(out, motion, 0);
         AppendModelRecords(out, analysis, state.points);
     }
-    const bool failed = std::ferror(file) != 0;
-    if (std::fclose(file) != 0 || failed) {
-        RemoveFile(partial);
-        StopOnOutputFault("cannot write " + partial);
-    }
+    file.Close();
     if (std::rename(partial.c_str(), path.c_str()) != 0) {
         RemoveFile(partial);
         StopOnOutputFault("cannot rename " + partial + " to " + path);

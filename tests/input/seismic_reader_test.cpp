@@ -1,3 +1,5 @@
+#include "base/platform.hpp"
+#include "input/model_memory.hpp"
 #include "support/reader_test_support.hpp"
 
 namespace {
@@ -100,6 +102,38 @@ TEST_F(SeismicReaderDeathTest, ZeroStepAndShortHeaderStopWithStatusTwo) {
         analysis.timeStep = step;
         ExpectStop([&] { ReadSeismic(analysis, File("wave.dat", text)); }, 2, message);
     }
+}
+
+// A record whose samples, spectrum and transform need more memory than the machine has stops
+// before anything is allocated, as do nodes whose response spectra would not fit beside it.
+TEST_F(SeismicReaderDeathTest, ARecordOrNodesBeyondTheMachinesMemoryStopWithStatusTwo) {
+    analysis.seismicWaves.clear();
+    analysis.timeStep = 1e-9;
+    const std::string wave = File("wave.dat", "h,1,1\n0,0\n1,0\n");
+    ExpectStop(
+        [&] {
+            SetMemoryBudgetBytes(1000000000);
+            ReadSeismic(analysis, wave);
+        },
+        2,
+        "wave.dat:3: time step 1e-09 and last sample time 1 give a wave of 999999991 samples, "
+        "padded to 1073741824, which needs 68719.5 MB of memory, more than the 1000.0 MB of this "
+        "machine\n");
+
+    analysis = AnalysisWithWave(1024);  // 64 kB of wave, 16 kB of spectra a node
+    const std::string nodes = File("nodes.dat", "0 0\n1 0\n// third\n1 1\n");
+    ExpectStop(
+        [&] {
+            SetMemoryBudgetBytes(WaveBytes(1024) + 2 * NodeSpectraBytes(1024));
+            ReadNodes(analysis, nodes);
+        },
+        2,
+        "nodes.dat:4: node 3: the response spectra of more than 2 nodes on a wave of 1024 "
+        "samples need more than the 0.1 MB of memory of this machine");
+    SetMemoryBudgetBytes(WaveBytes(1024) + 3 * NodeSpectraBytes(1024));
+    ReadNodes(analysis, nodes);
+    SetMemoryBudgetBytes(0);
+    EXPECT_EQ(analysis.nodes.size(), 3u);
 }
 
 }  // namespace

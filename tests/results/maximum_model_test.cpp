@@ -20,7 +20,7 @@ class MaximumModel : public ::testing::Test {
         WriteWords(work_files::kMaxStrain, Records(0, 3, 1));
     }
     std::string Grouped() {
-        return directory.Written("output_max.inp", [&](std::FILE* file) {
+        return directory.Written("output_max.inp", [&](OutputFile& file) {
             WriteMaximumModelGrouped(model, 2, {1, 2}, file);
         });
     }
@@ -35,7 +35,7 @@ TEST_F(MaximumModel, ShowsTheStepCountTwiceAndTheSameFromEitherRecordSet) {
     EXPECT_THAT(maxima, HasSubstr("\n1 0.0000 -1.0000 0.0100 0.0200 0.0000 0.0000 150.0000 "
                                   "250.0000 \n2 1.0000 -1.0000 0.0300 0.0400 0.0000 0.0000 0.0000 "
                                   "0.0000 \n"));
-    EXPECT_EQ(maxima, directory.Written("single.inp", [&](std::FILE* file) {
+    EXPECT_EQ(maxima, directory.Written("single.inp", [&](OutputFile& file) {
         WriteMaximumModelSingle(model, file);
     }));
 }

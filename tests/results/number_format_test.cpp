@@ -32,8 +32,8 @@ TEST(NumberFormat, NumbersGiveThePrintfCharactersThroughBuffersSmallerThanOneNum
     ScratchWorkingDirectory directory;
     std::vector<std::string> expected = {std::string(5000, 'x')};
     TextBuffer memory(nullptr, 16);
-    const std::string text = directory.Written("numbers.txt", [&](std::FILE* file) {
-        TextBuffer out(file, 16);
+    const std::string text = directory.Written("numbers.txt", [&](OutputFile& file) {
+        TextBuffer out(&file, 16);
         for (TextBuffer* buffer : {&out, &memory}) buffer->Text(expected[0]).Char('\n');
         for (size_t i = 0; i < values.size(); ++i)
             for (int p : {0, 2, 4, 6, 8}) {

@@ -48,7 +48,7 @@ TEST(StepModel, NodeLinesCarryTheStepsMotionWithAccelerationInGal) {
     WriteWords(work_files::kDisp, disp);
     WriteWords(work_files::kAcc, acc);
     const std::string text =
-        directory.Written("out.inp", [&](std::FILE* file) { WriteStepModelHead(model, 2, file); });
+        directory.Written("out.inp", [&](OutputFile& file) { WriteStepModelHead(model, 2, file); });
     EXPECT_THAT(text, HasSubstr("\n2 3 10 5.000000e-02\n"));
     // Node 5 (the second of the top row) at step 2, with the blank before the line end.
     EXPECT_THAT(text, HasSubstr(Printf("\n%d %.4f %.4f %.4f %.4f %.4f %.4f %.4f %.4f \n", 5, 1.0,
@@ -68,8 +68,11 @@ TEST(StepModel, RecordsAreReadAtFourPointPositionsWithTheOwnMaterialsRatioAndZer
     strain.resize(6 * 6);
     for (float& value : strain) value *= 1e-6f;
     WriteWords(work_files::kStrain, strain);
+    // Empty node files: the node lines read zeros.
+    directory.Write(work_files::kDisp, "");
+    directory.Write(work_files::kAcc, "");
     const std::string text =
-        directory.Written("out.inp", [&](std::FILE* file) { WriteStepModelFull(model, 0, file); });
+        directory.Written("out.inp", [&](OutputFile& file) { WriteStepModelFull(model, 0, file); });
     const std::vector<std::string> stress = BlockLines(text, "---- stress ----");
     ASSERT_EQ(stress.size(), 13u);
     EXPECT_EQ(stress[3], StressLine(1, 300));

@@ -6,7 +6,10 @@ namespace {
 
 class TimeHistoryText : public ::testing::Test {
   protected:
-    TimeHistoryText() { directory.Write("dyn/.keep", ""); }
+    TimeHistoryText() {
+        directory.Write("dyn/.keep", "");
+        directory.Write(work_files::kAcc, "");  // zero motion unless a test writes its own
+    }
 
     ScratchWorkingDirectory directory;
     CAnalysisData model = SmallModel(2, 3);  // 6 nodes, 2 elements, 3 steps of 0.01 s

@@ -8,10 +8,6 @@
 
 namespace {
 
-void WriteMixedProject(const ProjectFolder& p, bool singleStep) {
-    WriteProject(p, MixedProjectFiles(singleStep));
-}
-
 std::string Block(const std::string& text, const std::string& banner) {
     const size_t start = text.find(banner);
     const size_t end = text.find("----", start + banner.size());

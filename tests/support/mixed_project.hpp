@@ -38,3 +38,7 @@ inline ProjectFiles MixedProjectFiles(bool singleStep) {
 inline void WriteProject(const ProjectFolder& p, const ProjectFiles& files) {
     for (const auto& [name, text] : files) p.Write(name, text);
 }
+
+inline void WriteMixedProject(const ProjectFolder& p, bool singleStep) {
+    WriteProject(p, MixedProjectFiles(singleStep));
+}

@@ -3,11 +3,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 namespace fs = std::filesystem;
+
+namespace {
+// Far beyond any run of the tests' small projects.
+constexpr int kRunTimeLimitSeconds = 120;
+}  // namespace
 
 ProjectFolder::ProjectFolder() {
     std::string name = (fs::temp_directory_path() / "varnek-test-XXXXXX").string();
@@ -41,7 +47,11 @@ bool ProjectFolder::Exists(const std::string& relative) const {
 }
 
 ProgramRun ProjectFolder::Run(const std::string& input) const {
-    return RunExecutable(VARNEK_EXECUTABLE, {}, input);
+    return RunIn(root_, input);
+}
+
+ProgramRun ProjectFolder::RunIn(const fs::path& workingDirectory, const std::string& input) const {
+    return RunProgramIn(workingDirectory, VARNEK_EXECUTABLE, {}, input);
 }
 
 ProgramRun ProjectFolder::RunFreeField(const std::vector<std::string>& arguments) const {
@@ -51,19 +61,30 @@ ProgramRun ProjectFolder::RunFreeField(const std::vector<std::string>& arguments
 ProgramRun ProjectFolder::RunExecutable(const std::string& executable,
                                         const std::vector<std::string>& arguments,
                                         const std::string& input) const {
-    const fs::path in = root_ / ".stdin", out = root_ / ".stdout", err = root_ / ".stderr";
+    return RunProgramIn(root_, executable, arguments, input);
+}
+
+ProgramRun ProjectFolder::RunProgramIn(const fs::path& workingDirectory,
+                                       const std::string& executable,
+                                       const std::vector<std::string>& arguments,
+                                       const std::string& input) const {
+    // The console files lie in a folder of their own: the project folder may be full or
+    // read-only in a test.
+    const ProjectFolder console;
+    const fs::path in = console.Root() / "stdin", out = console.Root() / "stdout",
+                   err = console.Root() / "stderr";
     std::ofstream(in, std::ios::binary) << input;
-    std::string command = "cd '" + root_.string() + "' && '" + executable + "'";
+    std::string command = "cd '" + workingDirectory.string() + "' && timeout -k 5 " +
+                          std::to_string(kRunTimeLimitSeconds) + " '" + executable + "'";
     for (const std::string& argument : arguments) command += " '" + argument + "'";
     command += " < '" + in.string() + "' > '" + out.string() + "' 2> '" + err.string() + "'";
+    const auto start = std::chrono::steady_clock::now();
     const int raw = std::system(command.c_str());
     ProgramRun run;
+    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     run.status = WIFEXITED(raw) ? static_cast<signed char>(WEXITSTATUS(raw)) : -1000;
-    run.out = Read(".stdout");
-    run.err = Read(".stderr");
-    fs::remove(in);
-    fs::remove(out);
-    fs::remove(err);
+    run.out = console.Read("stdout");
+    run.err = console.Read("stderr");
     return run;
 }
 

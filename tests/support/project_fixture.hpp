@@ -6,9 +6,10 @@
 #include <vector>
 
 struct ProgramRun {
-    int status = -1;  // exit status of the program
+    int status = -1;  // exit status of the program; 124 when it ran past its time limit
     std::string out;  // standard output
     std::string err;  // standard error
+    double seconds = 0.0;  // wall-clock time of the run
 };
 
 class ProjectFolder {
@@ -27,6 +28,8 @@ class ProjectFolder {
     bool Exists(const std::string& relative) const;
 
     // Runs the program with this folder as the working directory and the given standard input.
+    // The console is caught outside the folder. A run that is not over within the time limit
+    // is ended (status 124), so that a hang fails the test instead of holding it.
     ProgramRun Run(const std::string& input = "") const;
     // The same for any executable, with its arguments.
     ProgramRun RunExecutable(const std::string& executable,
@@ -34,10 +37,19 @@ class ProjectFolder {
                              const std::string& input = "") const;
     // Runs the free-field program there with the arguments.
     ProgramRun RunFreeField(const std::vector<std::string>& arguments = {}) const;
+    // The same with another working directory (one whose "config_VARNEK.txt" may name this
+    // folder as the project).
+    ProgramRun RunIn(const std::filesystem::path& workingDirectory,
+                     const std::string& input = "") const;
 
   private:
+    ProgramRun RunProgramIn(const std::filesystem::path& workingDirectory,
+                            const std::string& executable,
+                            const std::vector<std::string>& arguments,
+                            const std::string& input) const;
     std::filesystem::path root_;
 };
 
 // Line count of a text.
 size_t CountLines(const std::string& text);
+

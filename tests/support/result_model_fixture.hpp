@@ -15,6 +15,7 @@
 #include <numbers>
 #include <sstream>
 
+#include "base/output_file.hpp"
 #include "element/gauss_rule.hpp"
 #include "element/shape_function.hpp"
 #include "model/analysis_data.hpp"
@@ -29,9 +30,9 @@ class ScratchWorkingDirectory : public ProjectFolder {
     // What writer(file) leaves in the file `path`.
     template <typename Writer>
     std::string Written(const std::string& path, Writer writer) const {
-        std::FILE* file = std::fopen(path.c_str(), "w");
+        OutputFile file(path, "w");
         writer(file);
-        std::fclose(file);
+        file.Close();
         return Read(path);
     }
     // Runs body in a forked child that must end with `status`; what the child wrote to stdout.
