@@ -3,7 +3,7 @@
 # Idempotent: when everything is there already it only checks and returns.
 set -euo pipefail
 packages=(g++ cmake ninja-build libboost-dev libfftw3-dev libsuitesparse-dev libopenblas-dev
-          libgtest-dev libgmock-dev)
+          libgtest-dev libgmock-dev libopenmpi-dev openmpi-bin)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

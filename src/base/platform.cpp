@@ -12,6 +12,11 @@ int ProcessorCount() {
     return omp_get_num_procs();
 }
 
+int MachineProcessorCount() {
+    const long online = sysconf(_SC_NPROCESSORS_ONLN);
+    return online > 0 ? static_cast<int>(online) : ProcessorCount();
+}
+
 std::optional<uint64_t> FileSize(const std::string& path) {
     std::error_code ec;
     const auto size = std::filesystem::file_size(path, ec);

@@ -5,8 +5,12 @@
 #include <optional>
 #include <string>
 
-// Number of processors the OpenMP runtime sees.
+// Number of processors the OpenMP runtime sees: those the process may run on.
 int ProcessorCount();
+
+// Number of processors online on this machine, whatever the process may run on (a launcher may
+// have bound it to a few).
+int MachineProcessorCount();
 
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);

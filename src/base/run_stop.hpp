@@ -1,6 +1,7 @@
 // Every way a run ends before its end, in one place: what it shows, where, and the exit status it
 // leaves. A stop may be met in a worker thread; it ends the whole process at once, flushing the
-// console first and running no static destructors.
+// console first and running no static destructors. In a job of several ranks it ends every rank,
+// and the console shows what a single process would have shown.
 #pragma once
 
 #include <string>
@@ -24,8 +25,18 @@ enum class ExitStatus : int {
     kSolverFailure = -1234,
 };
 
-// Ends the process with status; the console is flushed first.
-[[noreturn]] void StopRun(ExitStatus status);
+// What a stop shows before it ends the run: a text as it stands (line ends included) on standard
+// output or standard error, and whether the run then waits for one key.
+struct StopNotice {
+    enum class Stream { kOut, kErr };
+    std::string text;
+    Stream stream = Stream::kOut;
+    bool waitForKey = false;
+};
+
+// Ends the process with status after showing the notice; the console is flushed first. Only the
+// first stop of a process reports; another one met at the same time waits here for the end.
+[[noreturn]] void StopRun(ExitStatus status, const StopNotice& notice = {});
 
 // An input file that cannot be opened: the message and a line end on standard output, a wait for
 // one character on standard input (end of input counts as one), status 0.
@@ -45,8 +56,7 @@ enum class ExitStatus : int {
 // A work file that cannot be measured or read back: the text on standard error, status 1.
 [[noreturn]] void StopOnOutputFault(const std::string& text);
 
-// A failed sparse solve: the text on standard output, status -1234. Only the first failing
-// thread reports; one failing at the same time waits here until the process is gone.
+// A failed sparse solve: the text on standard output, status -1234.
 [[noreturn]] void StopOnSolverFailure(const std::string& text);
 
 // Waits for one character on standard input; end of input counts as one.

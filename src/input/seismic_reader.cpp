@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 #include "input/line_reader.hpp"
@@ -74,8 +73,8 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
     const double tEnd = file.times.empty() ? 0.0 : file.times.back();
 
     if (analysis.timeStep == 0.0) {
-        console::Out("時間間隔が設定されておりません\n");
-        StopRun(ExitStatus::kBadInput);  // no wave, so nothing after this can run
+        // No wave, so nothing after this can run.
+        StopRun(ExitStatus::kBadInput, {"時間間隔が設定されておりません\n"});
     }
     const double tStart = 0.0;
     const double length = ResampledLength(tStart, tEnd, analysis.timeStep);

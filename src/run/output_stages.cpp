@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/platform.hpp"
+#include "base/ranks.hpp"
 #include "base/run_stop.hpp"
 #include "response/motion_synthesis.hpp"
 #include "response/stress_strain_synthesis.hpp"
@@ -95,8 +96,11 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     RestoreProcessPriority();
 
     std::cout << "応力ひずみ計算中" << std::flush;
-    // One group per worker thread; a machine of one processor still gets one group.
-    const int groupCount = std::max(1, ProcessorCount() - 1);
+    // One group per worker thread; a machine of one processor still gets one group. In a job the
+    // launcher may have bound rank 0 to a few processors: the groups, which shape the result
+    // files, follow the machine, as in a run without a launcher.
+    const int processors = ranks::InJob() ? MachineProcessorCount() : ProcessorCount();
+    const int groupCount = std::max(1, processors - 1);
     const std::vector<uint32_t> groupSizes = GroupSizes(analysis.elements.size(), groupCount);
     RunStressStrainGroups(analysis, groupCount, groupSizes);
     std::cout << "\r応力ひずみ計算終了" << std::endl;

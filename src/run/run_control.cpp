@@ -7,6 +7,7 @@
 
 #include "base/console.hpp"
 #include "base/platform.hpp"
+#include "base/ranks.hpp"
 #include "element/constant_operators.hpp"
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
@@ -35,7 +36,11 @@ void CRunControl::ReadFlags(const std::string& flagPath) {
 }
 
 void CRunControl::runAnalysis() {
-    SetWorkerThreads();
+    // In a job the ranks of one machine share its processors while they solve.
+    if (ranks::Count() > 1)
+        omp_set_num_threads(ranks::SolutionWorkers());
+    else
+        SetWorkerThreads();
     CAnalysisData analysis;
     analysis.clear(0);
     analysis.formatDate = formatDate;
@@ -45,8 +50,10 @@ void CRunControl::runAnalysis() {
     const std::string dynFolder = folderPath + "dyn/";
     const std::string outputFolder = folderPath + "output/";
     const std::string freeFieldFolder = folderPath + "output_ff/";
-    CreateFolder(dynFolder);
-    CreateFolder(outputFolder);
+    if (ranks::Leads()) {
+        CreateFolder(dynFolder);
+        CreateFolder(outputFolder);
+    }
 
     const size_t dofCount = 2 * analysis.nodes.size();
     analysis.dofFixed.assign(dofCount, 0);
@@ -59,6 +66,9 @@ void CRunControl::runAnalysis() {
     NumberEquations(analysis);
 
     RunSolution(analysis, equivalentLinear, freeFieldFolder);
+    // The output stages are rank 0's alone, on all the processors of its machine.
+    if (!ranks::Leads()) return;
+    SetWorkerThreads();
     console::OutLine("");
 
     RunOutputStages(analysis, *this, dynFolder, outputFolder);
@@ -75,8 +85,8 @@ int RunProgram() {
     const std::string folder = ReadProjectFolder("config_VARNEK.txt");
     CRunControl run(folder + "input_VARNEK.inp", folder);
     run.ReadFlags(folder + "Flag_VARNEK.inp");
-    TouchMarker("a_start.dat");
+    if (ranks::Leads()) TouchMarker("a_start.dat");
     run.runAnalysis();
-    TouchMarker("a_end.dat");
+    if (ranks::Leads()) TouchMarker("a_end.dat");
     return 0;
 }

@@ -40,12 +40,12 @@ bool ProjectFolder::Exists(const std::string& relative) const {
     return fs::exists(root_ / relative);
 }
 
-ProgramRun ProjectFolder::Run(const std::string& input) const {
+ProgramRun ProjectFolder::Run(const std::string& input, const std::string& launcher) const {
     const fs::path in = root_ / ".stdin", out = root_ / ".stdout", err = root_ / ".stderr";
     std::ofstream(in, std::ios::binary) << input;
-    const std::string command = "cd '" + root_.string() + "' && '" + VARNEK_EXECUTABLE + "' < '" +
-                                in.string() + "' > '" + out.string() + "' 2> '" + err.string() +
-                                "'";
+    const std::string command = "cd '" + root_.string() + "' && " + launcher + " '" +
+                                VARNEK_EXECUTABLE + "' < '" + in.string() + "' > '" +
+                                out.string() + "' 2> '" + err.string() + "'";
     const int raw = std::system(command.c_str());
     ProgramRun run;
     run.status = WIFEXITED(raw) ? static_cast<signed char>(WEXITSTATUS(raw)) : -1000;

@@ -25,8 +25,9 @@ class ProjectFolder {
     std::string Read(const std::string& relative) const;
     bool Exists(const std::string& relative) const;
 
-    // Runs the program with this folder as the working directory and the given standard input.
-    ProgramRun Run(const std::string& input = "") const;
+    // Runs the program with this folder as the working directory and the given standard input;
+    // with a launcher (a command line that takes the program as its last word), under it.
+    ProgramRun Run(const std::string& input = "", const std::string& launcher = "") const;
 
   private:
     std::filesystem::path root_;
