@@ -51,6 +51,7 @@ void RunEquivalentLinearIteration(CAnalysisData& analysis, bool equivalentLinear
                       [](const CElement& e) { return e.material->StrainDependent(); });
     // Strain histories are taken on every rank; without them only rank 0 needs the lines.
     const bool everyRankTakesStrains = equivalentLinear && dependentCount > 0;
+    SolvedLineExchange exchange(share);
     for (int iteration = 1; iteration <= analysis.iterationLimit; ++iteration) {
         SparseComplexMatrix stiffnessMatrix(static_cast<size_t>(analysis.freeDofCount));
         AssembleStiffnessMatrix(elements.size(), analysis.equationMap, analysis.nodes, elements,
@@ -58,7 +59,7 @@ void RunEquivalentLinearIteration(CAnalysisData& analysis, bool equivalentLinear
         // What rank 0 has shown stays shown should another rank end the job during the pass.
         console::Flush();
         loop.Run(stiffnessMatrix, analysis);
-        ShareSolvedLines(share, analysis.frequencyCount, analysis, everyRankTakesStrains);
+        exchange.Run(analysis.frequencyCount, analysis, everyRankTakesStrains);
         if (!equivalentLinear) return;
 
         std::printf("\n等価線形化計算 %d 回目", iteration);

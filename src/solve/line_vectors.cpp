@@ -42,16 +42,6 @@ void StoreLineSolution(const Complex* packed, const std::vector<int32_t>& dofFix
     }
 }
 
-void PackLineSolution(const std::vector<CNode>& nodes, const std::vector<int32_t>& dofFixed,
-                      int line, Complex* packed) {
-    size_t free = 0;
-    for (size_t d = 0; d < dofFixed.size(); ++d) {
-        if (dofFixed[d] != 0) continue;
-        const CNode& node = nodes[d / 2];
-        packed[free++] = (d % 2 == 0 ? node.dispX : node.dispY)[line];
-    }
-}
-
 void EnsureSpectrumLength(std::vector<CNode>& nodes, size_t count) {
     for (CNode& node : nodes) {
         for (ComplexVector* spectrum : {&node.dispX, &node.dispY})

@@ -28,10 +28,6 @@ void PackRightHandSide(const ComplexVector& inertiaLoad, const Complex* boundary
 void StoreLineSolution(const Complex* packed, const std::vector<int32_t>& dofFixed, int line,
                        std::vector<CNode>& nodes);
 
-// The reverse: line of every node's spectra, packed to the free degrees of freedom.
-void PackLineSolution(const std::vector<CNode>& nodes, const std::vector<int32_t>& dofFixed,
-                      int line, Complex* packed);
-
 // Sizes every node's spectra to at least count lines, keeping their content.
 void EnsureSpectrumLength(std::vector<CNode>& nodes, size_t count);
 

@@ -30,5 +30,15 @@ struct WorkShare {
 // After a pass in which every rank solved its own lines: the solutions of all lines 1 below
 // lineCount into the node spectra of every rank (everyRank) or of rank 0 alone. Only the free
 // degrees of freedom travel; a fixed one is zero at every line. Does nothing for a share of one.
-void ShareSolvedLines(const WorkShare& share, int lineCount, CAnalysisData& analysis,
-                      bool everyRank);
+// The lines travel in rounds through a buffer that is kept from pass to pass: fresh pages cost
+// more than the copies themselves.
+class SolvedLineExchange {
+  public:
+    explicit SolvedLineExchange(const WorkShare& share) : share_(share) {}
+
+    void Run(int lineCount, CAnalysisData& analysis, bool everyRank);
+
+  private:
+    WorkShare share_;
+    std::vector<Complex> round_;
+};
