@@ -1,6 +1,7 @@
 #include "base/platform.hpp"
 
 #include <omp.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -12,9 +13,11 @@ int ProcessorCount() {
     return omp_get_num_procs();
 }
 
-int MachineProcessorCount() {
-    const long online = sysconf(_SC_NPROCESSORS_ONLN);
-    return online > 0 ? static_cast<int>(online) : ProcessorCount();
+int LauncherProcessorCount() {
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    if (sched_getaffinity(getppid(), sizeof processors, &processors) != 0) return ProcessorCount();
+    return CPU_COUNT(&processors);
 }
 
 std::optional<uint64_t> FileSize(const std::string& path) {

@@ -8,9 +8,10 @@
 // Number of processors the OpenMP runtime sees: those the process may run on.
 int ProcessorCount();
 
-// Number of processors online on this machine, whatever the process may run on (a launcher may
-// have bound it to a few).
-int MachineProcessorCount();
+// Number of processors that the process which started this one may run on: what a process
+// started beside it would see. A launcher that binds the processes it starts to a few processors
+// does not bind itself.
+int LauncherProcessorCount();
 
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);

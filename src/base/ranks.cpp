@@ -141,7 +141,7 @@ int SolutionWorkers() {
     const int processors = ProcessorCount();
     // Ranks that may all run on every processor of the machine share them; ranks bound to
     // processors of their own use theirs.
-    const bool shared = gJob.onMachine > 1 && processors >= MachineProcessorCount();
+    const bool shared = gJob.onMachine > 1 && processors >= LauncherProcessorCount();
     const int workers = (processors - 1) / (shared ? gJob.onMachine : 1);
     return std::max(workers, 1);
 }

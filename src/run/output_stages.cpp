@@ -98,8 +98,8 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
     std::cout << "応力ひずみ計算中" << std::flush;
     // One group per worker thread; a machine of one processor still gets one group. In a job the
     // launcher may have bound rank 0 to a few processors: the groups, which shape the result
-    // files, follow the machine, as in a run without a launcher.
-    const int processors = ranks::InJob() ? MachineProcessorCount() : ProcessorCount();
+    // files, follow the processors of the launcher, as in a run started without it.
+    const int processors = ranks::InJob() ? LauncherProcessorCount() : ProcessorCount();
     const int groupCount = std::max(1, processors - 1);
     const std::vector<uint32_t> groupSizes = GroupSizes(analysis.elements.size(), groupCount);
     RunStressStrainGroups(analysis, groupCount, groupSizes);
