@@ -1,13 +1,12 @@
-// The frequency loop spread over the ranks of an MPI job, on a large structured section: the
-// lines per second of one pass with this job's ranks, the cost of moving the solved lines after
-// a pass (to every rank, and to rank 0 alone), and the strain histories of a run of elements,
-// shared by the ranks. Run it once per rank count and compare the figures:
-//   mpirun -n 1 --bind-to none build/bench/rank_bench 4 33506 8 410 400 2>/dev/null
+// The frequency loop spread over the ranks of an MPI job, on a large structured section. In one
+// job of R ranks it times a pass of the same lines shared by the first 1, 2, ..., R ranks (the
+// others wait), the move of the solved lines of a run after a pass (to every rank, and to rank 0
+// alone), and the strain histories of a run of elements shared by the first 1, ..., R ranks:
 //   mpirun -n 2 --bind-to none build/bench/rank_bench 4 33506 8 410 400 2>/dev/null
 //
 // Usage: rank_bench [nodesPerElement=4] [equations=33506] [lines=8] [movedLines=410]
 //                   [strainElements=400] [repeats=2] [workers=0]
-//   lines           frequency lines of the timed pass (1 .. lines), shared by the ranks
+//   lines           frequency lines of the timed pass (1 .. lines)
 //   movedLines      lines whose solutions travel after the pass, as in a run of that many lines
 //   strainElements  elements whose strain histories are timed (0: none); these need the spectra
 //                   of all 2,049 lines of the wave, 1.1 GB a rank at 33,506 equations
@@ -67,15 +66,24 @@ int main(int argc, char** argv) {
     std::printf("ranks: %d (%d on this machine), %d worker(s) each\n", ranks::Count(),
                 ranks::CountOnMachine(), workers);
 
-    FrequencyLoop loop(m.terms, share);
-    double seconds = omp_get_wtime();
-    loop.Prepare(m.stiffness);
-    std::printf("pattern and symbolic analysis (every rank, once a run): %.3f s\n",
-                omp_get_wtime() - seconds);
-    const double pass = BestSeconds(repeats, [&] { loop.Run(m.stiffness, analysis); });
-    const double linesPerSecond = lines / pass;
-    std::printf("\npass of %d lines: %.3f s, %.3f lines/s (best of %d)\n", lines, pass,
-                linesPerSecond, repeats);
+    // The same lines shared by the first `used` ranks; the others wait at the end of the pass.
+    std::vector<double> passSeconds;
+    for (int used = 1; used <= ranks::Count(); ++used) {
+        const bool takesPart = ranks::Rank() < used;
+        FrequencyLoop loop(m.terms, WorkShare{takesPart ? ranks::Rank() : 0, used});
+        const double start = omp_get_wtime();
+        if (takesPart) loop.Prepare(m.stiffness);
+        if (used == 1)
+            std::printf("pattern and symbolic analysis (every rank, once a run): %.3f s\n",
+                        omp_get_wtime() - start);
+        passSeconds.push_back(BestSeconds(repeats, [&] {
+            if (takesPart) loop.Run(m.stiffness, analysis);
+        }));
+        std::printf("pass of %d lines on %d rank(s): %.3f s, %.3f lines/s, speed-up %.2f\n", lines,
+                    used, passSeconds.back(), lines / passSeconds.back(),
+                    passSeconds.front() / passSeconds.back());
+    }
+    const double linesPerSecond = lines / passSeconds.back();
 
     // The solutions of a run of movedLines lines, as they travel after each pass.
     analysis.frequencyCount = movedLines + 1;
@@ -109,18 +117,26 @@ int main(int argc, char** argv) {
     if (strainElements > 0) {
         EnsureSpectrumLength(analysis.nodes, static_cast<size_t>(analysis.PaddedLength() / 2 + 1));
         const int count = std::min(strainElements, static_cast<int>(analysis.elements.size()));
-        const double strains = BestSeconds(repeats, [&] {
-            std::vector<double> peaks(static_cast<size_t>(count), 0.0);
+        std::printf("\nstrain histories of %d elements (%d steps):\n", count,
+                    analysis.PaddedLength());
+        double alone = 0.0;
+        for (int used = 1; used <= ranks::Count(); ++used) {
+            const WorkShare elements{ranks::Rank(), used};
+            const bool takesPart = ranks::Rank() < used;
+            const double seconds = BestSeconds(repeats, [&] {
+                std::vector<double> peaks(static_cast<size_t>(count), 0.0);
 #pragma omp parallel for schedule(guided, 1)
-            for (int e = 0; e < count; ++e)
-                if (share.OwnsElement(static_cast<size_t>(e)))
-                    peaks[e] = MeanPeakShearStrain(analysis.elements[e], analysis);
-            ranks::SumOverRanks(peaks);
-        });
-        std::printf("\nstrain histories of %d elements (%d steps), shared by the ranks: %.3f s,"
-                    " %.0f elements/s; all %zu elements of the section: %.1f s\n",
-                    count, analysis.PaddedLength(), strains, count / strains,
-                    analysis.elements.size(), analysis.elements.size() * strains / count);
+                for (int e = 0; e < count; ++e)
+                    if (takesPart && elements.OwnsElement(static_cast<size_t>(e)))
+                        peaks[e] = MeanPeakShearStrain(analysis.elements[e], analysis);
+                ranks::SumOverRanks(peaks);
+            });
+            if (used == 1) alone = seconds;
+            std::printf("  on %d rank(s): %.3f s, %.0f elements/s, speed-up %.2f;"
+                        " all %zu elements of the section: %.1f s\n",
+                        used, seconds, count / seconds, alone / seconds, analysis.elements.size(),
+                        analysis.elements.size() * seconds / count);
+        }
     }
     ranks::Finish();
     return 0;
