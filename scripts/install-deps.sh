@@ -5,7 +5,7 @@ set -euo pipefail
 # clang, its runtime (libFuzzer and the sanitizers) and its OpenMP build the fuzz targets.
 packages=(g++ cmake ninja-build libboost-dev libfftw3-dev libsuitesparse-dev libopenblas-dev
           libgtest-dev libgmock-dev liblapack-dev clang libclang-rt-14-dev libomp-dev
-          python3-numpy python3-matplotlib python3-meshio python3-pytest)
+          libopenmpi-dev openmpi-bin python3-numpy python3-matplotlib python3-meshio python3-pytest)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,6 +1,7 @@
 #include "base/platform.hpp"
 
 #include <omp.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -27,6 +28,13 @@ uint64_t MemoryBudgetBytes() {
 
 void SetMemoryBudgetBytes(uint64_t bytes) {
     gMemoryBudget.store(bytes);
+}
+
+int LauncherProcessorCount() {
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    if (sched_getaffinity(getppid(), sizeof processors, &processors) != 0) return ProcessorCount();
+    return CPU_COUNT(&processors);
 }
 
 std::optional<uint64_t> FileSize(const std::string& path) {

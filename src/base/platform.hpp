@@ -5,13 +5,18 @@
 #include <optional>
 #include <string>
 
-// Number of processors the OpenMP runtime sees.
+// Number of processors the OpenMP runtime sees: those the process may run on.
 int ProcessorCount();
 
 // The memory a run may plan to use, in bytes: the machine's physical memory, unless a harness
 // has set less. Readers check what a model would need against it before they allocate.
 uint64_t MemoryBudgetBytes();
 void SetMemoryBudgetBytes(uint64_t bytes);
+
+// Number of processors that the process which started this one may run on: what a process
+// started beside it would see. A launcher that binds the processes it starts to a few processors
+// does not bind itself.
+int LauncherProcessorCount();
 
 // Size of a file in bytes, or nothing when it cannot be opened or measured.
 std::optional<uint64_t> FileSize(const std::string& path);

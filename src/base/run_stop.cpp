@@ -13,6 +13,7 @@
 #include <set>
 
 #include "base/console.hpp"
+#include "base/ranks.hpp"
 
 namespace {
 
@@ -32,21 +33,14 @@ void RemoveRegisteredFiles() {
     for (const std::string& path : FilesToRemove()) unlink(path.c_str());
 }
 
-// Of several threads whose output fails at the same moment, the first reports and ends the run;
-// the others wait here until the process is gone.
-void ClaimOutputReport() {
-    static std::mutex reporting;
-    reporting.lock();
-}
-
 std::string Reason(int error) {
     return std::strerror(error != 0 ? error : EIO);
 }
 
 [[noreturn]] void StopOnOutputError(const std::string& what, const std::string& name, int error) {
-    ClaimOutputReport();
-    console::ErrLine("Error: cannot " + what + "(" + name + "): " + Reason(error));
-    StopRun(ExitStatus::kOutputFailure);
+    StopRun(ExitStatus::kOutputFailure,
+            {"Error: cannot " + what + "(" + name + "): " + Reason(error) + "\n",
+             StopNotice::Stream::kErr, false});
 }
 
 }  // namespace
@@ -63,53 +57,72 @@ void SetStopHandler(StopHandler handler) {
     gStopHandler.store(handler);
 }
 
-void StopRun(ExitStatus status) {
+void StopRun(ExitStatus status, const StopNotice& notice) {
+    // A harness that drives the readers within its own process takes the stop back at the end;
+    // otherwise only the first stop of a process reports, and another one met at the same time
+    // waits here.
+    const StopHandler handler = gStopHandler.load();
+    static std::mutex stopping;
+    if (handler == nullptr) {
+        stopping.lock();
+        ranks::TakeConsoleForStop();
+    }
+    if (notice.stream == StopNotice::Stream::kOut) {
+        console::Out(notice.text);
+        console::Flush();
+    } else {
+        // Standard output first, so that the two streams keep their order.
+        console::Flush();
+        std::fwrite(notice.text.data(), 1, notice.text.size(), stderr);
+        std::fflush(stderr);
+    }
+    if (notice.waitForKey) WaitForOneCharacter();
     std::cout.flush();
     std::cerr.flush();
     std::fflush(nullptr);
     RemoveRegisteredFiles();
-    if (StopHandler handler = gStopHandler.load()) handler(status);
-    _exit(static_cast<int>(status));
+    if (handler != nullptr) handler(status);
+    ranks::EndRun(static_cast<int>(status));
 }
 
 void WaitForOneCharacter() {
     (void)std::getchar();
 }
 
+namespace {
+StopNotice OnError(const std::string& line) {
+    return {line + "\n", StopNotice::Stream::kErr, false};
+}
+}  // namespace
+
 void StopOnUnreadableInput(const std::string& message) {
-    console::OutLine(message);
-    WaitForOneCharacter();
-    StopRun(ExitStatus::kUnreadableInput);
+    StopRun(ExitStatus::kUnreadableInput, {message + "\n", StopNotice::Stream::kOut, true});
 }
 
 void StopOnBadInput(const std::string& path, int lineNumber, const std::string& fault) {
-    console::ErrLine(path + ":" + std::to_string(lineNumber) + ": " + fault);
-    StopRun(ExitStatus::kBadInput);
+    StopRun(ExitStatus::kBadInput, OnError(path + ":" + std::to_string(lineNumber) + ": " + fault));
 }
 
 void StopOnBadModel(const std::string& fault) {
-    console::ErrLine(fault);
-    StopRun(ExitStatus::kBadInput);
+    StopRun(ExitStatus::kBadInput, OnError(fault));
 }
 
 void StopOnBadModel(const std::vector<std::string>& faults) {
-    for (size_t i = 0; i < faults.size() && i < kShownFaults; ++i) console::ErrLine(faults[i]);
+    std::string text;
+    for (size_t i = 0; i < faults.size() && i < kShownFaults; ++i) text += faults[i] + "\n";
     if (faults.size() > kShownFaults) {
         const size_t more = faults.size() - kShownFaults;
-        console::ErrLine("and " + std::to_string(more) +
-                         (more == 1 ? " more fault" : " more faults"));
+        text += "and " + std::to_string(more) + (more == 1 ? " more fault\n" : " more faults\n");
     }
-    StopRun(ExitStatus::kBadInput);
+    StopRun(ExitStatus::kBadInput, {text, StopNotice::Stream::kErr, false});
 }
 
 void StopOnUnopenedFile(const std::string& name) {
-    console::OutLine("Error: cannot open file(" + name + ")");
-    StopRun(ExitStatus::kOutputFailure);
+    StopRun(ExitStatus::kOutputFailure, {"Error: cannot open file(" + name + ")\n"});
 }
 
 void StopOnOutputFault(const std::string& text) {
-    console::ErrLine(text);
-    StopRun(ExitStatus::kOutputFailure);
+    StopRun(ExitStatus::kOutputFailure, OnError(text));
 }
 
 void StopOnFileNotCreated(const std::string& name, int error) {
@@ -125,8 +138,5 @@ void StopOnFolderNotCreated(const std::string& name, int error) {
 }
 
 void StopOnSolverFailure(const std::string& text) {
-    static std::mutex reporting;
-    reporting.lock();
-    console::Out(text);
-    StopRun(ExitStatus::kSolverFailure);
+    StopRun(ExitStatus::kSolverFailure, {text});
 }

@@ -1,7 +1,8 @@
 // Every way a run ends before its end, in one place: what it shows, where, and the exit status it
 // leaves. A stop may be met in a worker thread; it ends the whole process at once, flushing the
 // console first, removing the files registered with RemoveOnStop and running no static
-// destructors.
+// destructors. In a job of several ranks it ends every rank, and the console shows what a single
+// process would have shown.
 #pragma once
 
 #include <cstddef>
@@ -27,9 +28,19 @@ enum class ExitStatus : int {
     kSolverFailure = -1234,
 };
 
-// Ends the process with status; the console is flushed first and the files registered with
-// RemoveOnStop are removed.
-[[noreturn]] void StopRun(ExitStatus status);
+// What a stop shows before it ends the run: a text as it stands (line ends included) on standard
+// output or standard error, and whether the run then waits for one key.
+struct StopNotice {
+    enum class Stream { kOut, kErr };
+    std::string text;
+    Stream stream = Stream::kOut;
+    bool waitForKey = false;
+};
+
+// Ends the process with status after showing the notice; the console is flushed first and the
+// files registered with RemoveOnStop are removed. Only the first stop of a process reports;
+// another one met at the same time waits here for the end.
+[[noreturn]] void StopRun(ExitStatus status, const StopNotice& notice = {});
 
 // Registers a file that a stopped run must not leave behind (a scratch file of the run): every
 // stop removes it. A relative name is taken in the working directory of the call. Safe to call

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <numbers>
 
-#include "base/console.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
 
@@ -101,8 +100,7 @@ double BisectLegendreRoot(int n, double lo, double hi) {
         else
             lo = mid;
     }
-    console::Out("error!!\n");
-    StopRun(ExitStatus::kRuleFailure);
+    StopRun(ExitStatus::kRuleFailure, {"error!!\n"});
 }
 
 }  // namespace

@@ -84,8 +84,8 @@ void ReadSeismic(CAnalysisData& analysis, const std::string& path) {
     const double tEnd = file.times.empty() ? 0.0 : file.times.back();
 
     if (analysis.timeStep == 0.0) {
-        console::Out("時間間隔が設定されておりません\n");
-        StopRun(ExitStatus::kBadInput);  // no wave, so nothing after this can run
+        // No wave, so nothing after this can run.
+        StopRun(ExitStatus::kBadInput, {"時間間隔が設定されておりません\n"});
     }
     if (!(analysis.timeStep > 0.0) || !std::isfinite(analysis.timeStep)) {
         char fault[120];

@@ -59,8 +59,10 @@ struct FrequencyEMatrixStore::Impl {
     SparseComplexMatrix pattern;
     std::vector<uint64_t> patternKeys;  // the entries of pattern, ascending
     bool inMemory = true;
-    // Entry i: the merged entries of line i, ascending keys (held only in memory).
+    // Entry i: the merged entries of line i, ascending keys (held only in memory), and whether
+    // the line is one of those kept.
     std::vector<std::vector<EMatrixEntry>> lines;
+    std::vector<char> kept;
 
     Impl(const std::string& f, const CAnalysisData& a) : folder(f), analysis(a) {}
 
@@ -71,7 +73,10 @@ struct FrequencyEMatrixStore::Impl {
         std::string failedPath;
     };
     LineRead ReadLine(int i) const;
-    void ScanAll(uint64_t memoryBudgetBytes);
+    void ScanAll(uint64_t memoryBudgetBytes, const std::function<bool(int)>& keeps);
+    bool Holds(int i) const {
+        return inMemory && i >= 1 && i < analysis.frequencyCount && kept[static_cast<size_t>(i)];
+    }
 };
 
 FrequencyEMatrixStore::Impl::LineRead FrequencyEMatrixStore::Impl::ReadLine(int i) const {
@@ -89,9 +94,12 @@ FrequencyEMatrixStore::Impl::LineRead FrequencyEMatrixStore::Impl::ReadLine(int 
     return read;
 }
 
-void FrequencyEMatrixStore::Impl::ScanAll(uint64_t memoryBudgetBytes) {
+void FrequencyEMatrixStore::Impl::ScanAll(uint64_t memoryBudgetBytes,
+                                          const std::function<bool(int)>& keeps) {
     const int lineCount = analysis.frequencyCount;
     lines.resize(static_cast<size_t>(std::max(lineCount, 1)));
+    kept.assign(lines.size(), 0);
+    for (int i = 1; i < lineCount; ++i) kept[static_cast<size_t>(i)] = !keeps || keeps(i);
     std::vector<uint64_t> unionKeys, merged;
     uint64_t heldBytes = 0;
     // Lines are read a batch at a time, so that no more than one batch outgrows the budget.
@@ -118,7 +126,7 @@ void FrequencyEMatrixStore::Impl::ScanAll(uint64_t memoryBudgetBytes) {
             std::set_union(unionKeys.begin(), unionKeys.end(), keys.begin(), keys.end(),
                            std::back_inserter(merged));
             unionKeys.swap(merged);
-            if (!inMemory) continue;
+            if (!inMemory || !kept[static_cast<size_t>(i)]) continue;
             heldBytes += entries.capacity() * sizeof(EMatrixEntry);
             if (heldBytes > memoryBudgetBytes) {
                 inMemory = false;
@@ -138,9 +146,10 @@ void FrequencyEMatrixStore::Impl::ScanAll(uint64_t memoryBudgetBytes) {
 
 FrequencyEMatrixStore::FrequencyEMatrixStore(const std::string& folder,
                                              const CAnalysisData& analysis,
-                                             uint64_t memoryBudgetBytes)
+                                             uint64_t memoryBudgetBytes,
+                                             const std::function<bool(int)>& keeps)
     : impl_(std::make_unique<Impl>(folder, analysis)) {
-    impl_->ScanAll(memoryBudgetBytes);
+    impl_->ScanAll(memoryBudgetBytes, keeps);
 }
 
 FrequencyEMatrixStore::~FrequencyEMatrixStore() = default;
@@ -155,7 +164,7 @@ bool FrequencyEMatrixStore::InMemory() const {
 
 SparseComplexMatrix FrequencyEMatrixStore::Line(int i) const {
     SparseComplexMatrix matrix(static_cast<size_t>(std::max(impl_->analysis.freeDofCount, 0)));
-    if (!impl_->inMemory || i < 1 || i >= impl_->analysis.frequencyCount) {
+    if (!impl_->Holds(i)) {
         ReadFrequencyEMatrix(matrix, i, impl_->folder, impl_->analysis);
         return matrix;
     }
@@ -169,7 +178,7 @@ SparseComplexMatrix FrequencyEMatrixStore::Line(int i) const {
 void FrequencyEMatrixStore::LineOverPattern(int i, std::vector<Complex>& values) const {
     const Impl& store = *impl_;
     values.assign(store.patternKeys.size(), Complex(0.0, 0.0));
-    const bool held = store.inMemory && i >= 1 && i < store.analysis.frequencyCount;
+    const bool held = store.Holds(i);
     Impl::LineRead read;
     if (!held) {
         read = store.ReadLine(i);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,12 +26,14 @@ void ReadFrequencyEMatrix(SparseComplexMatrix& matrix, int i, const std::string&
 // reads them again otherwise. Line() may be called from many threads at once.
 //
 // The constructor reads every file once (in parallel over lines), so that a missing or bad file
-// ends the run there, before any line is solved, with the text of the lowest such line. The
-// store keeps a reference to analysis, which must outlive it.
+// ends the run there, before any line is solved, with the text of the lowest such line. Of the
+// lines it reads it keeps only those that keeps() accepts (all without it): the lines a process
+// will solve. The store keeps a reference to analysis, which must outlive it.
 class FrequencyEMatrixStore {
   public:
     FrequencyEMatrixStore(const std::string& folder, const CAnalysisData& analysis,
-                          uint64_t memoryBudgetBytes);
+                          uint64_t memoryBudgetBytes,
+                          const std::function<bool(int)>& keeps = nullptr);
     ~FrequencyEMatrixStore();
 
     // Union of the patterns of all lines (values are meaningless).
@@ -41,7 +44,7 @@ class FrequencyEMatrixStore {
     // order; 0 where the line has no entry. For adding the line into a system whose pattern is
     // fixed, without building a matrix.
     void LineOverPattern(int i, std::vector<Complex>& values) const;
-    // Whether the lines are held in memory (else Line() reads the files again).
+    // Whether the kept lines are held in memory (else Line() reads the files again).
     bool InMemory() const;
 
   private:

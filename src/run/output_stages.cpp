@@ -12,6 +12,7 @@
 #include "base/console.hpp"
 #include "base/output_file.hpp"
 #include "base/platform.hpp"
+#include "base/ranks.hpp"
 #include "base/run_stop.hpp"
 #include "response/motion_synthesis.hpp"
 #include "response/stress_strain_synthesis.hpp"
@@ -98,8 +99,11 @@ void RunPerStepOutput(CAnalysisData& analysis, const std::string& dynFolder,
 
     console::Out("応力ひずみ計算中");
     console::Flush();
-    // One group per worker thread; a machine of one processor still gets one group.
-    const int groupCount = std::max(1, ProcessorCount() - 1);
+    // One group per worker thread; a machine of one processor still gets one group. In a job the
+    // launcher may have bound rank 0 to a few processors: the groups, which shape the result
+    // files, follow the processors of the launcher, as in a run started without it.
+    const int processors = ranks::InJob() ? LauncherProcessorCount() : ProcessorCount();
+    const int groupCount = std::max(1, processors - 1);
     const std::vector<uint32_t> groupSizes = GroupSizes(analysis.elements.size(), groupCount);
     RunStressStrainGroups(analysis, groupCount, groupSizes);
     console::OutLine("\r応力ひずみ計算終了");

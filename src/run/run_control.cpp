@@ -9,6 +9,7 @@
 #include "base/output_file.hpp"
 #include "base/platform.hpp"
 #include "base/run_stop.hpp"
+#include "base/ranks.hpp"
 #include "element/constant_operators.hpp"
 #include "input/model_readers.hpp"
 #include "model/analysis_data.hpp"
@@ -43,7 +44,11 @@ void CRunControl::ReadFlags(const std::string& flagPath) {
 }
 
 void CRunControl::runAnalysis() {
-    SetWorkerThreads();
+    // In a job the ranks of one machine share its processors while they solve.
+    if (ranks::Count() > 1)
+        omp_set_num_threads(ranks::SolutionWorkers());
+    else
+        SetWorkerThreads();
     CAnalysisData analysis;
     analysis.clear(0);
 
@@ -55,10 +60,15 @@ void CRunControl::runAnalysis() {
     const std::string dynFolder = folderPath + "dyn/";
     const std::string outputFolder = folderPath + "output/";
     const std::string freeFieldFolder = folderPath + "output_ff/";
-    CreateResultFolder(dynFolder);
-    CreateResultFolder(outputFolder);
+    if (ranks::Leads()) {
+        CreateResultFolder(dynFolder);
+        CreateResultFolder(outputFolder);
+    }
 
     RunSolution(analysis, equivalentLinear, freeFieldFolder);
+    // The output stages are rank 0's alone, on all the processors of its machine.
+    if (!ranks::Leads()) return;
+    SetWorkerThreads();
     console::OutLine("");
 
     RunOutputStages(analysis, *this, dynFolder, outputFolder);
@@ -77,10 +87,12 @@ int RunProgram() {
     const std::string folder = ReadProjectFolder("config_VARNEK.txt");
     CRunControl run(folder + "input_VARNEK.inp", folder);
     run.ReadFlags(folder + "Flag_VARNEK.inp");
-    // The end marker of an earlier run would tell a watcher that this one is complete.
-    RemoveFile("a_end.dat");
-    TouchMarker("a_start.dat");
+    if (ranks::Leads()) {
+        // The end marker of an earlier run would tell a watcher that this one is complete.
+        RemoveFile("a_end.dat");
+        TouchMarker("a_start.dat");
+    }
     run.runAnalysis();
-    TouchMarker("a_end.dat");
+    if (ranks::Leads()) TouchMarker("a_end.dat");
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/console.hpp"
+#include "base/ranks.hpp"
 #include "fem/element_matrices.hpp"
 
 double MeanPeakShearStrain(const CElement& element, const CAnalysisData& analysis) {
@@ -28,13 +29,13 @@ double MeanPeakShearStrain(const CElement& element, const CAnalysisData& analysi
     return sum / pointCount;
 }
 
-std::vector<double> PeakShearStrains(const CAnalysisData& analysis) {
+std::vector<double> PeakShearStrains(const CAnalysisData& analysis, const WorkShare& share) {
     const int count = static_cast<int>(analysis.elements.size());
     std::vector<double> strains(static_cast<size_t>(count), 0.0);
 #pragma omp parallel for schedule(guided, 1)
     for (int e = 0; e < count; ++e) {
         const CElement& element = analysis.elements[e];
-        if (element.material->StrainDependent())
+        if (share.OwnsElement(static_cast<size_t>(e)) && element.material->StrainDependent())
             strains[e] = MeanPeakShearStrain(element, analysis);
     }
     return strains;
@@ -43,20 +44,29 @@ std::vector<double> PeakShearStrains(const CAnalysisData& analysis) {
 void RunEquivalentLinearIteration(CAnalysisData& analysis, bool equivalentLinear,
                                   FrequencyLoop& loop) {
     std::vector<CElement>& elements = analysis.elements;
+    const WorkShare& share = loop.Share();
+    const auto dependentCount =
+        std::count_if(elements.begin(), elements.end(),
+                      [](const CElement& e) { return e.material->StrainDependent(); });
+    // Strain histories are taken on every rank; without them only rank 0 needs the lines.
+    const bool everyRankTakesStrains = equivalentLinear && dependentCount > 0;
+    SolvedLineExchange exchange(share);
     for (int iteration = 1; iteration <= analysis.iterationLimit; ++iteration) {
         SparseComplexMatrix stiffnessMatrix(static_cast<size_t>(analysis.freeDofCount));
         AssembleStiffnessMatrix(elements.size(), analysis.equationMap, analysis.nodes, elements,
                                 stiffnessMatrix);
+        // What rank 0 has shown stays shown should another rank end the job during the pass.
+        console::Flush();
         loop.Run(stiffnessMatrix, analysis);
+        exchange.Run(analysis.frequencyCount, analysis, everyRankTakesStrains);
         if (!equivalentLinear) return;
 
         console::OutF("\n等価線形化計算 %d 回目", iteration);
-        const auto dependentCount =
-            std::count_if(elements.begin(), elements.end(),
-                          [](const CElement& e) { return e.material->StrainDependent(); });
         if (dependentCount == 0) return;
 
-        const std::vector<double> meanPeak = PeakShearStrains(analysis);
+        std::vector<double> meanPeak = PeakShearStrains(analysis, share);
+        // One rank's peak and zeros from the others: the sum is that peak exactly.
+        ranks::SumOverRanks(meanPeak);
         std::vector<double> elementError(elements.size(), 0.0);
         for (size_t e = 0; e < elements.size(); ++e) {
             if (!elements[e].material->StrainDependent()) continue;

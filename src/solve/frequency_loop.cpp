@@ -2,6 +2,8 @@
 
 #include <omp.h>
 
+#include <algorithm>
+
 #include "solve/line_system_chain.hpp"
 #include "solve/line_vectors.hpp"
 
@@ -28,6 +30,14 @@ void FrequencyLoop::Run(const SparseComplexMatrix& stiffness, CAnalysisData& ana
     const bool consistent = FreeDofCount(analysis.dofFixed) == n;
     const bool withSides = terms_.HasSideLoad();
 
+    const std::vector<int> lines = share_.Lines(lineCount);
+    const int ownCount = static_cast<int>(lines.size());
+    // Rank 0 speaks for the job: its line opens a round of as many lines as there are ranks,
+    // which the others take up at the same moment, so it shows the whole round. Every line is
+    // shown once, and with one worker a rank, in the order of a single process.
+    const bool speaks = share_.part == 0;
+    const int roundLength = share_.parts;
+
 #pragma omp parallel
     {
         LineSolver solver(symbolic);
@@ -37,9 +47,12 @@ void FrequencyLoop::Run(const SparseComplexMatrix& stiffness, CAnalysisData& ana
         std::vector<Complex> rhs(n), x(n);
 
 #pragma omp for schedule(guided, 1)
-        for (int i = 1; i < lineCount; ++i) {
+        for (int k = 0; k < ownCount; ++k) {
+            const int i = lines[k];
             const double start = omp_get_wtime();
-            PrintLineProgress(i, terms_.duration, analysis.waveSpectrum);
+            if (speaks)
+                for (int j = i; j < std::min(i + roundLength, lineCount); ++j)
+                    PrintLineProgress(j, terms_.duration, analysis.waveSpectrum);
             const double w = LineCircularFrequency(i, terms_.duration);
             if (!pattern.FormLine(i, w, values.data(), boundaryLoad.data(), scratch)) {
                 // A side matrix beyond the pattern known at the start: solve it the plain way.

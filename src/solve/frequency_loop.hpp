@@ -2,6 +2,7 @@
 // load, solved and stored as transfer functions in the node spectra. Lines are solved in
 // parallel, each thread factorising its own lines; the pattern of the system and its ordering
 // are found at the first pass and kept for the run, since neither changes between iterations.
+// In a job of several ranks each rank solves the lines of its share only.
 #pragma once
 
 #include <memory>
@@ -12,6 +13,7 @@
 #include "model/analysis_data.hpp"
 #include "solve/line_system_pattern.hpp"
 #include "solve/line_system_terms.hpp"
+#include "solve/work_share.hpp"
 
 // Wall-clock seconds spent on one line.
 struct LineTiming {
@@ -25,11 +27,12 @@ struct LineTiming {
 class FrequencyLoop {
   public:
     // The terms must outlive the loop.
-    explicit FrequencyLoop(const LineSystemTerms& terms) : terms_(terms) {}
+    explicit FrequencyLoop(const LineSystemTerms& terms, WorkShare share = {})
+        : terms_(terms), share_(share) {}
 
-    // Solves every line with this stiffness and leaves the solutions in dispX and dispY of the
-    // nodes. A failed solve ends the run. With timings, records one entry per line (in line
-    // order).
+    // Solves every line of the share with this stiffness and leaves the solutions in dispX and
+    // dispY of the nodes. A failed solve ends the run. With timings, records one entry per line
+    // (in line order; lines of other shares stay empty).
     void Run(const SparseComplexMatrix& stiffness, CAnalysisData& analysis,
              std::vector<LineTiming>* timings = nullptr);
 
@@ -40,8 +43,11 @@ class FrequencyLoop {
     // The pattern in use, once prepared.
     const LineSystemPattern* Pattern() const { return pattern_.get(); }
 
+    const WorkShare& Share() const { return share_; }
+
   private:
     LineSystemTerms terms_;
+    WorkShare share_;
     std::unique_ptr<LineSystemPattern> pattern_;
     std::unique_ptr<SymbolicAnalysis> symbolic_;
 };

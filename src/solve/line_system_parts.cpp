@@ -17,7 +17,7 @@ uint64_t SideMatrixMemoryBudget() {
 }
 
 LineSystemParts::LineSystemParts(CAnalysisData& analysis, const std::string& freeFieldFolder,
-                                 uint64_t sideMatrixBudget) {
+                                 uint64_t sideMatrixBudget, const WorkShare& share) {
     const size_t equations = static_cast<size_t>(analysis.freeDofCount);
     const SideTreatment side = analysis.Sides();
     const bool withSides = side != SideTreatment::kNone;
@@ -58,8 +58,9 @@ LineSystemParts::LineSystemParts(CAnalysisData& analysis, const std::string& fre
     // The side matrices of the lines are read only when some line will be solved.
     if (side == SideTreatment::kTransmitting && analysis.iterationLimit >= 1 &&
         analysis.frequencyCount > 1) {
-        lineMatrices_ =
-            std::make_unique<FrequencyEMatrixStore>(freeFieldFolder, analysis, sideMatrixBudget);
+        lineMatrices_ = std::make_unique<FrequencyEMatrixStore>(
+            freeFieldFolder, analysis, sideMatrixBudget,
+            [share](int line) { return share.OwnsLine(line); });
         terms_.lineMatrixPattern = &lineMatrices_->Pattern();
         const FrequencyEMatrixStore* store = lineMatrices_.get();
         terms_.lineMatrix = [store](int line) { return store->Line(line); };

@@ -13,16 +13,17 @@
 #include "linalg/sparse_complex_matrix.hpp"
 #include "model/analysis_data.hpp"
 #include "solve/line_system_terms.hpp"
+#include "solve/work_share.hpp"
 
 class LineSystemParts {
   public:
     // Builds the inertia load and the mass matrix; with side treatment 0 or 1 reads the
     // free-field motion and the constant side matrices of freeFieldFolder; the base dashpots and,
     // with treatment 1, the side dashpots; with treatment 0, when some line will be solved, the
-    // side matrices of the lines, kept in memory up to sideMatrixBudget bytes. The analysis'
-    // node spectra are made long enough for the syntheses.
+    // side matrices of the lines, kept in memory up to sideMatrixBudget bytes (those of the
+    // share's lines only). The analysis' node spectra are made long enough for the syntheses.
     LineSystemParts(CAnalysisData& analysis, const std::string& freeFieldFolder,
-                    uint64_t sideMatrixBudget);
+                    uint64_t sideMatrixBudget, const WorkShare& share = {});
     LineSystemParts(const LineSystemParts&) = delete;
     LineSystemParts& operator=(const LineSystemParts&) = delete;
 

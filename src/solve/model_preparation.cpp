@@ -41,8 +41,7 @@ void DispBoundary(CAnalysisData& analysis) {
             case 202:
                 break;
             default:
-                console::OutLine("DispBoundary ERROR");
-                StopRun(ExitStatus::kUnknownBoundaryCode);
+                StopRun(ExitStatus::kUnknownBoundaryCode, {"DispBoundary ERROR\n"});
         }
         if (condition.node < 0 || condition.node >= nodeCount) {
             StopOnBadModel("boundary condition " + std::to_string(i) + ": node " +

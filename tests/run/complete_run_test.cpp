@@ -5,6 +5,7 @@
 
 #include "support/mixed_project.hpp"
 #include "support/project_fixture.hpp"
+#include "support/test_projects.hpp"
 
 namespace {
 

@@ -10,8 +10,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <map>
-#include <numbers>
 
 #include "element/constant_operators.hpp"
 #include "fem/element_matrices.hpp"
@@ -25,78 +23,13 @@
 #include "solve/model_preparation.hpp"
 #include "support/project_fixture.hpp"
 #include "support/soil_column.hpp"
+#include "support/test_projects.hpp"
 
 namespace {
-// A section two cells wide and three deep of 4-node elements, nodes row by row from the fixed
-// base up; 64 steps of 0.01 s and lines up to 12 Hz.
-constexpr int kColumns = 3, kRows = 4, kLines = 8;
+constexpr int kLines = SideProject::kLines;
 
-template <typename... Args>
-std::string Format(const char* format, Args... args) {
-    char text[256];
-    std::snprintf(text, sizeof text, format, args...);
-    return text;
-}
-
-constexpr auto Node = [](int column, int row) { return row * kColumns + column; };
-
-// The run's files with a "$V" dashpot per side node and direction (right x 200, left x 201,
-// y 202), a base dashpot, side matrices and free-field columns; with transmitting sides, line
-// matrices that are i w times the dashpot terms of the right and the left column, plus zeros at
-// places that differ from line to line.
 void WriteProject(const ProjectFolder& folder, int sideTreatment) {
-    std::map<std::string, std::string> files = {
-        {"config_VARNEK.txt", folder.Root().string() + "/\n"},
-        {"Flag_VARNEK.inp", "20200101 500 0 0\n"},
-        {"input_VARNEK.inp",
-         "constants.dat\nwave.csv\nnodes.dat\nelements.dat\nmaterials.dat\nboundary.dat\n"},
-        {"constants.dat", Format("12\n0\n0.01\n0.05\n0.65\n1\n%d\n", sideTreatment)},
-        {"materials.dat", "1\n5\n0.0018\n0.0018\n0\n50\n0.4\n0.03\n"},
-        {"wave.csv", "wave,0,1\n"},
-        {"output0.inp", "---- stress ----\n"},
-        {"boundary.dat", Format("$VISCO 101 %d 1 0.5 0.01 0 5 10 5 %d %d %d\n", Node(1, 1),
-                                Node(0, 1), Node(1, 1), Node(2, 1))},
-        {"output_ff/RIGHTEmatrix.dat",
-         Format("%d %d 0.125 -0.5\n", 2 * Node(2, 3), 2 * Node(2, 2))},
-        {"output_ff/LEFTEmatrix.dat", Format("%d %d 0.25 0\n\n", 2 * Node(0, 2), 2 * Node(0, 2))}};
-    for (int k = 0; k < 64; ++k)
-        files["wave.csv"] +=
-            Format("%.2f,%.6f\n", k * 0.01, 100.0 * std::sin(0.7 * k) * std::exp(-0.05 * k));
-    for (int r = 0; r < kRows; ++r)
-        for (int c = 0; c < kColumns; ++c) {
-            files["nodes.dat"] += Format("%d %d\n", c, r);
-            if (r == 0) files["boundary.dat"] += Format("%d 2 0 0\n", Node(c, 0));
-            if (r + 1 == kRows || c + 1 == kColumns) continue;
-            files["elements.dat"] += Format("0 4 1 %d %d %d %d\n", Node(c, r), Node(c + 1, r),
-                                            Node(c + 1, r + 1), Node(c, r + 1));
-            for (int g = 0; g < 4; ++g) files["output0.inp"] += "1 0 0 0 0 0 0\n";
-        }
-    for (int r = 1; r < kRows; ++r)
-        for (int side = 0; side < 2; ++side) {
-            const int c = side == 0 ? kColumns - 1 : 0, node = Node(c, r);
-            const int edges[3] = {Node(c, r - 1), node, r + 1 < kRows ? Node(c, r + 1) : -1};
-            for (int d = 0; d < 2; ++d) {
-                const Complex coefficient(d == 0 ? 0.3 : 0.6, d == 0 ? 0.02 : 0.0);
-                files["boundary.dat"] += Format(
-                    "$VISCO %d %d %d %.17g %.17g 0 5 10 5 %d %d %d\n", d == 1 ? 202 : 200 + side,
-                    node, d, coefficient.real(), coefficient.imag(), edges[0], edges[1], edges[2]);
-                for (int e = 0; e < 3 && edges[e] != -1 && sideTreatment == 0; ++e)
-                    for (int i = 1; i < kLines; ++i) {
-                        const Complex value = Complex(0.0, 2.0 * std::numbers::pi / 0.64 * i) *
-                                              (coefficient * (e == 1 ? 10.0 : 5.0) / 30.0);
-                        std::string& text = files[Format("output_ff/%cEMat%d.dat", "RL"[side], i)];
-                        text += Format("%d %d %.17g %.17g\n", 2 * node + d, 2 * edges[e] + d,
-                                       value.real(), value.imag());
-                        if ((i + r + e) % 3 == 0)
-                            text += Format("%d %d 0 0\n", 2 * node + d, 2 * edges[e] + 1 - d);
-                    }
-            }
-            std::string& motion = files[Format("output_ff/%cFF_%d.dat", "RL"[side], r)];
-            motion = std::to_string(node) + "\n";
-            for (int i = 0; i < kLines; ++i)
-                motion += Format("%.17g %.17g\n", 1.0 + 0.1 * r - 0.05 * i, 0.02 * i * (side == 0));
-        }
-    for (const auto& [name, text] : files) folder.Write(name, text);
+    SideProject{sideTreatment}.Write(folder);
 }
 
 // The model of a project read as the program reads it.

@@ -46,8 +46,8 @@ bool ProjectFolder::Exists(const std::string& relative) const {
     return fs::exists(root_ / relative);
 }
 
-ProgramRun ProjectFolder::Run(const std::string& input) const {
-    return RunIn(root_, input);
+ProgramRun ProjectFolder::Run(const std::string& input, const std::string& launcher) const {
+    return RunProgramIn(root_, VARNEK_EXECUTABLE, {}, input, launcher);
 }
 
 ProgramRun ProjectFolder::RunIn(const fs::path& workingDirectory, const std::string& input) const {
@@ -67,7 +67,8 @@ ProgramRun ProjectFolder::RunExecutable(const std::string& executable,
 ProgramRun ProjectFolder::RunProgramIn(const fs::path& workingDirectory,
                                        const std::string& executable,
                                        const std::vector<std::string>& arguments,
-                                       const std::string& input) const {
+                                       const std::string& input,
+                                       const std::string& launcher) const {
     // The console files lie in a folder of their own: the project folder may be full or
     // read-only in a test.
     const ProjectFolder console;
@@ -75,7 +76,8 @@ ProgramRun ProjectFolder::RunProgramIn(const fs::path& workingDirectory,
                    err = console.Root() / "stderr";
     std::ofstream(in, std::ios::binary) << input;
     std::string command = "cd '" + workingDirectory.string() + "' && timeout -k 5 " +
-                          std::to_string(kRunTimeLimitSeconds) + " '" + executable + "'";
+                          std::to_string(kRunTimeLimitSeconds) + (launcher.empty() ? "" : " env " + launcher) +
+                          " '" + executable + "'";
     for (const std::string& argument : arguments) command += " '" + argument + "'";
     command += " < '" + in.string() + "' > '" + out.string() + "' 2> '" + err.string() + "'";
     const auto start = std::chrono::steady_clock::now();

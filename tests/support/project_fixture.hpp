@@ -29,8 +29,9 @@ class ProjectFolder {
 
     // Runs the program with this folder as the working directory and the given standard input.
     // The console is caught outside the folder. A run that is not over within the time limit
-    // is ended (status 124), so that a hang fails the test instead of holding it.
-    ProgramRun Run(const std::string& input = "") const;
+    // is ended (status 124), so that a hang fails the test instead of holding it. With a launcher
+    // (a command line that takes the program as its last word), under it.
+    ProgramRun Run(const std::string& input = "", const std::string& launcher = "") const;
     // The same for any executable, with its arguments.
     ProgramRun RunExecutable(const std::string& executable,
                              const std::vector<std::string>& arguments,
@@ -46,7 +47,7 @@ class ProjectFolder {
     ProgramRun RunProgramIn(const std::filesystem::path& workingDirectory,
                             const std::string& executable,
                             const std::vector<std::string>& arguments,
-                            const std::string& input) const;
+                            const std::string& input, const std::string& launcher = "") const;
     std::filesystem::path root_;
 };
 
