@@ -9,6 +9,6 @@ cd build
 ctest --output-on-failure -j "$(nproc)" < /dev/null
 # The report tool's tests, with Debian's python3 (it has numpy, matplotlib and meshio).
 cd ..
-/usr/bin/python3 -m pytest -q tests/post
+/usr/bin/python3 -m pytest -q tests/python
 scripts/test-sanitized.sh
 scripts/fuzz.sh 3

@@ -5,10 +5,11 @@ from dataclasses import dataclass
 
 import numpy as np
 
-from . import mesh, plots, signals, vtu
-from .errors import ReportError
-from .progress import Progress
-from .project import CONFIG_FILE, END_MARKER, load_project
+from .. import mesh, signals
+from . import plots, vtu
+from ..errors import InputError
+from ..progress import Progress
+from ..project import CONFIG_FILE, END_MARKER, load_project
 from .results import (DYN_FOLDER, OUTPUT_FOLDER, acc_path, femsig_path, max_model_path,
                       per_element, read_element_stresses, read_model, read_node_acceleration,
                       step_model_paths)
@@ -31,33 +32,33 @@ class NodeRecord:
 
 
 def check_results(project, node_indices):
-    """The run has finished and left its result folders; otherwise a ReportError that says
+    """The run has finished and left its result folders; otherwise a InputError that says
     which of these it is."""
     output = os.path.join(project.directory, OUTPUT_FOLDER)
     dyn = os.path.join(project.directory, DYN_FOLDER)
     if not os.path.isdir(output) and not os.path.isdir(dyn):
-        raise ReportError(f"no results in {project.directory}: it has neither {OUTPUT_FOLDER}/ "
+        raise InputError(f"no results in {project.directory}: it has neither {OUTPUT_FOLDER}/ "
                           f"nor {DYN_FOLDER}/ (has the analysis been run there?)")
     if not os.path.exists(os.path.join(project.run_dir, END_MARKER)):
         hint = ""
         if not os.path.exists(os.path.join(project.run_dir, CONFIG_FILE)):
             hint = (f" (if this is the project folder, give the run's working directory, which "
                     f"holds {CONFIG_FILE} and {END_MARKER})")
-        raise ReportError(f"the run in {project.run_dir} did not finish: there is no "
+        raise InputError(f"the run in {project.run_dir} did not finish: there is no "
                           f"{END_MARKER}{hint}")
     for folder in (output, dyn):
         if not os.path.isdir(folder):
-            raise ReportError(f"missing folder: {folder}")
+            raise InputError(f"missing folder: {folder}")
     steps = step_model_paths(project.directory)
     if not steps:
-        raise ReportError(f"missing file: {os.path.join(output, 'output0.inp')}")
+        raise InputError(f"missing file: {os.path.join(output, 'output0.inp')}")
     # Everything else that is read, looked for before anything is written.
     needed = [max_model_path(project.directory)]
     needed += [femsig_path(project.directory, e) for e in range(1, len(project.elements) + 1)]
     needed += [acc_path(project.directory, n + 1) for n in node_indices]
     for path in needed:
         if not os.path.isfile(path):
-            raise ReportError(f"missing file: {path}")
+            raise InputError(f"missing file: {path}")
     return steps
 
 
@@ -68,7 +69,7 @@ def choose_nodes(project, numbers):
         return mesh.default_nodes(project.nodes, project.elements)
     for n in numbers:
         if not 1 <= n <= count:
-            raise ReportError(f"node {n} is not in the mesh: its nodes are numbered 1 to "
+            raise InputError(f"node {n} is not in the mesh: its nodes are numbered 1 to "
                               f"{count}")
     return [n - 1 for n in numbers]
 
@@ -78,7 +79,7 @@ def read_node_records(project, indices):
     for i in indices:
         history = read_node_acceleration(project.directory, i + 1)
         if len(history) != project.wave.sample_count:
-            raise ReportError(f"dyn/acc{i + 1}.dat has {len(history)} steps, the wave "
+            raise InputError(f"dyn/acc{i + 1}.dat has {len(history)} steps, the wave "
                               f"{project.wave.sample_count}")
         records.append(NodeRecord(i, history[:, 1] * GAL))
     return records

@@ -3,7 +3,7 @@ import argparse
 import os
 import sys
 
-from .errors import ReportError
+from ..errors import InputError
 from .report import PAGE, PICTURES, TABLES, make_report
 
 
@@ -35,7 +35,7 @@ def main(argv=None):
     args = parser().parse_args(argv)
     try:
         out = make_report(args.run_dir, args.nodes, args.out)
-    except ReportError as e:
+    except InputError as e:
         print(f"varnek-report: {e}", file=sys.stderr)
         return 2
     print(f"Report in {out}:")

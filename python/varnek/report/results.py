@@ -17,8 +17,8 @@ from dataclasses import dataclass
 
 import numpy as np
 
-from .errors import ReportError
-from .scan import read_text
+from ..errors import InputError
+from ..scan import read_text
 
 DYN_FOLDER = "dyn"
 OUTPUT_FOLDER = "output"
@@ -56,16 +56,16 @@ class ResultModel:
 def _block(text, banner, end_banner, columns, path):
     start = text.find(banner)
     if start < 0:
-        raise ReportError(f"{path}: no block '{banner}' (the file is cut short)")
+        raise InputError(f"{path}: no block '{banner}' (the file is cut short)")
     start = text.find("\n", start) + 1
     end = text.find(end_banner, start)
     if end < 0:
-        raise ReportError(f"{path}: no block '{end_banner}' (the file is cut short)")
+        raise InputError(f"{path}: no block '{end_banner}' (the file is cut short)")
     try:
         values = np.array(text[start:end].split(), dtype=float)
         return values.reshape(-1, columns)
     except ValueError:
-        raise ReportError(f"{path}: the block '{banner}' is not {columns} numbers a line") \
+        raise InputError(f"{path}: the block '{banner}' is not {columns} numbers a line") \
             from None
 
 
@@ -74,7 +74,7 @@ def read_model(path):
     steps_at = text.find(STEPS_BANNER)
     steps = text[text.find("\n", steps_at) + 1:].split(None, 4)[:4] if steps_at >= 0 else []
     if len(steps) < 4:
-        raise ReportError(f"{path}: no steps line (the file is cut short)")
+        raise InputError(f"{path}: no steps line (the file is cut short)")
     return ResultModel(
         step=int(steps[0]), step_count=int(steps[1]), iteration_limit=int(steps[2]),
         tolerance=float(steps[3]),
@@ -90,7 +90,7 @@ def read_history(path, columns, what):
     try:
         return np.array(body.split(), dtype=float).reshape(-1, columns)
     except ValueError:
-        raise ReportError(f"{path}: not {columns} numbers a line") from None
+        raise InputError(f"{path}: not {columns} numbers a line") from None
 
 
 def acc_path(project_dir, node_number):
@@ -117,7 +117,7 @@ def read_element_stresses(project_dir, element_count, progress=None):
             progress.advance()
     lengths = {len(h) for h in histories}
     if len(lengths) > 1:
-        raise ReportError(f"the stress files in {os.path.join(project_dir, DYN_FOLDER)} differ in "
+        raise InputError(f"the stress files in {os.path.join(project_dir, DYN_FOLDER)} differ in "
                           "length (the run did not finish writing them)")
     return np.stack(histories)
 
@@ -143,7 +143,7 @@ def per_element(lines, element_count, reduce="mean"):
     numbers = lines[:, 0].astype(np.int64) - 1
     values = lines[:, 1:]
     if numbers.size and (numbers.min() < 0 or numbers.max() >= element_count):
-        raise ReportError(f"element number {numbers.max() + 1} beyond the mesh of "
+        raise InputError(f"element number {numbers.max() + 1} beyond the mesh of "
                           f"{element_count} elements")
     if reduce == "max":
         out = np.zeros((element_count, values.shape[1]))

@@ -12,7 +12,7 @@ from dataclasses import dataclass, field
 
 import numpy as np
 
-from .errors import ReportError
+from .errors import InputError
 from .scan import (comma_floats, data_lines, leading_float, leading_ints, read_text, text_lines,
                    two_floats)
 
@@ -113,7 +113,7 @@ def read_flags(path):
     flags = Flags()
     try:
         tokens = read_text(path, "flag file").split()
-    except ReportError:
+    except InputError:
         return flags  # the program runs on without one: a single pass, per-step output
     flags.given = True
 
@@ -149,7 +149,7 @@ def read_constants(path):
         if v is not None:
             values.append(v)
     if len(values) < 7:
-        raise ReportError(f"{path}: the analysis constants need 7 values, the file gives "
+        raise InputError(f"{path}: the analysis constants need 7 values, the file gives "
                           f"{len(values)}")
     return Constants(cutoff_frequency=values[0], time_step=values[2], tolerance=values[3],
                      effective_strain_ratio=values[4], iteration_limit=int(values[5]),
@@ -205,13 +205,13 @@ def read_wave(path, constants):
             times.append(sample[0])
             values.append(sample[1])
     if header is None or len(header) < 3:
-        raise ReportError(f"{path}: the wave needs a header of three comma-separated fields")
+        raise InputError(f"{path}: the wave needs a header of three comma-separated fields")
     factor = leading_float(header[2])
     factor = 0.0 if factor is None else factor
     values = [v * 0.01 * factor for v in values]  # gal to m/s2
     dt = constants.time_step
     if not dt > 0.0:
-        raise ReportError(f"the analysis constants give the time step {dt}: no wave")
+        raise InputError(f"the analysis constants give the time step {dt}: no wave")
     t_end = times[-1] if times else 0.0
     acc = resample_linear(times, values, dt, resampled_length(t_end, dt))
     padded = 1 << max(0, (len(acc) - 1).bit_length())
@@ -240,7 +240,7 @@ def read_elements(path, node_count):
         nodes = fields[3:] + [0] * (3 + count - len(fields))  # a short line leaves node 0
         bad = [n for n in nodes if not 0 <= n < node_count]
         if bad:
-            raise ReportError(f"{path}:{number}: node {bad[0]} is not in the node list of "
+            raise InputError(f"{path}:{number}: node {bad[0]} is not in the node list of "
                               f"{node_count}")
         elements.append(Element(material=head[0], nodes=np.array(nodes, dtype=np.int64)))
     return elements
@@ -250,17 +250,17 @@ def load_project(run_dir):
     """Reads the run configuration, the flags, the file list and from it the constants, the
     wave, the nodes and the elements."""
     if not os.path.isdir(run_dir):
-        raise ReportError(f"no run folder {run_dir}")
+        raise InputError(f"no run folder {run_dir}")
     prefix = read_prefix(run_dir)
     directory = os.path.normpath(project_path(run_dir, prefix, ""))
     if not os.path.isdir(directory):
-        raise ReportError(f"the project folder {directory} named by "
+        raise InputError(f"the project folder {directory} named by "
                           f"{os.path.join(run_dir, CONFIG_FILE)} does not exist")
     project = Project(run_dir=run_dir, prefix=prefix, directory=directory)
     project.flags = read_flags(project.path(FLAG_FILE))
     project.files = read_file_list(project.path(LIST_FILE), prefix)
     if len(project.files) <= SLOT_ELEMENTS:
-        raise ReportError(f"{project.path(LIST_FILE)} names {len(project.files)} files; the "
+        raise InputError(f"{project.path(LIST_FILE)} names {len(project.files)} files; the "
                           "constants, wave, node and element files are needed")
 
     def slot(k):
@@ -271,6 +271,6 @@ def load_project(run_dir):
     project.nodes = read_nodes(slot(SLOT_NODES))
     project.elements = read_elements(slot(SLOT_ELEMENTS), len(project.nodes))
     if not project.elements:
-        raise ReportError(f"{slot(SLOT_ELEMENTS)} gives no element of 4, 6 or 8 nodes")
+        raise InputError(f"{slot(SLOT_ELEMENTS)} gives no element of 4, 6 or 8 nodes")
     project.only_four_node = project.node_counts == [4]
     return project

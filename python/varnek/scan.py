@@ -1,7 +1,7 @@
 """Line scanning as the program does it: leading numbers of a line, the rest ignored."""
 import re
 
-from .errors import ReportError
+from .errors import InputError
 
 # A decimal number as the C library's scan reads it, infinities and NaN included.
 _FLOAT = (r"[-+]?(?:(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?"
@@ -44,17 +44,17 @@ def leading_ints(line, most):
 
 
 def read_text(path, what):
-    """The whole text of a file, or a ReportError naming it. Bytes that are not UTF-8 (comments
+    """The whole text of a file, or a InputError naming it. Bytes that are not UTF-8 (comments
     in a Japanese code page) pass through untouched."""
     try:
         with open(path, encoding="utf-8", errors="surrogateescape", newline="") as f:
             return f.read()
     except FileNotFoundError:
-        raise ReportError(f"missing file: {path} ({what})") from None
+        raise InputError(f"missing file: {path} ({what})") from None
     except IsADirectoryError:
-        raise ReportError(f"{path} is a folder, not the {what}") from None
+        raise InputError(f"{path} is a folder, not the {what}") from None
     except OSError as e:
-        raise ReportError(f"cannot read {path} ({what}): {e.strerror}") from None
+        raise InputError(f"cannot read {path} ({what}): {e.strerror}") from None
 
 
 def text_lines(text):

@@ -2,8 +2,8 @@ import numpy as np
 import pytest
 
 from conftest import MIXED_ELEMENTS, MIXED_NODES
-from varnek_report import mesh
-from varnek_report.project import Element
+from varnek import mesh
+from varnek.project import Element
 
 
 def parse_mesh(nodes_text, elements_text):

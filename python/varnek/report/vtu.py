@@ -14,8 +14,8 @@ from xml.sax.saxutils import quoteattr
 import meshio
 import numpy as np
 
-from . import mesh
-from .errors import ReportError
+from .. import mesh
+from ..errors import InputError
 from .results import max_model_path, per_element, read_model
 
 VTU_FOLDER = "vtu"
@@ -37,7 +37,7 @@ def model_fields(project, model, femsig, reduce):
     femsig is (elements, 3) for the same moment."""
     n_nodes, n_elements = len(project.nodes), len(project.elements)
     if len(model.nodes) != n_nodes:
-        raise ReportError(f"a result model holds {len(model.nodes)} nodes, the mesh "
+        raise InputError(f"a result model holds {len(model.nodes)} nodes, the mesh "
                           f"{n_nodes}")
     points = {"node": np.arange(1, n_nodes + 1, dtype=np.int32),
               "displacement": _vector3(model.displacement),

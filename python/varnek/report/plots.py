@@ -8,7 +8,7 @@ from matplotlib.collections import PolyCollection  # noqa: E402
 from matplotlib.ticker import FuncFormatter, MaxNLocator  # noqa: E402
 from matplotlib.tri import Triangulation  # noqa: E402
 
-from . import mesh  # noqa: E402
+from .. import mesh  # noqa: E402
 
 DPI = 100
 # Width and height in pixels of each picture.

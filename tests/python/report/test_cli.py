@@ -6,7 +6,7 @@ import shutil
 import pytest
 
 from conftest import run_tool
-from varnek_report.cli import main
+from varnek.report.cli import main
 
 
 def without(*relative):

@@ -1,7 +1,7 @@
 import numpy as np
 import pytest
 
-from varnek_report import signals
+from varnek import signals
 
 SINE_PERIOD, SINE_AMPLITUDE, DT = 1.0, 100.0, 0.005
 

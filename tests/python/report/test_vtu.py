@@ -8,8 +8,8 @@ import numpy as np
 import pytest
 
 from conftest import MIXED_DT, MIXED_STEPS
-from varnek_report.report import make_report
-from varnek_report.results import read_history, read_model
+from varnek.report.report import make_report
+from varnek.report.results import read_history, read_model
 
 SECTION = "section"
 

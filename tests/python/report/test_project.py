@@ -3,8 +3,8 @@ import os
 import numpy as np
 import pytest
 
-from varnek_report.errors import ReportError
-from varnek_report.project import Constants, load_project, read_elements, read_wave
+from varnek.errors import InputError
+from varnek.project import Constants, load_project, read_elements, read_wave
 
 LIST = "// the model's files\r\nc.dat\r\nw.csv\r\nn.dat\r\ne.dat\r\n"
 CONSTANTS = "15 cut-off\n0\n0.01 time step\n0.05\n0.65\n4\n2\n"
@@ -94,5 +94,5 @@ def test_elements(tmp_path, text, nodes):
 def test_an_element_on_a_node_beyond_the_list_is_refused(tmp_path):
     path = tmp_path / "e.dat"
     path.write_text("0 4 1 0 1 2 3\n0 4 1 0 1 2 9\n")
-    with pytest.raises(ReportError, match=r"e.dat:2: node 9 is not in the node list of 6"):
+    with pytest.raises(InputError, match=r"e.dat:2: node 9 is not in the node list of 6"):
         read_elements(str(path), 6)

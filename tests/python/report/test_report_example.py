@@ -10,9 +10,9 @@ import numpy as np
 import pytest
 
 from conftest import run_tool
-from varnek_report.plots import SIZES
-from varnek_report.report import PAGE, PICTURES, TABLES
-from varnek_report.results import read_history
+from varnek.report.plots import SIZES
+from varnek.report.report import PAGE, PICTURES, TABLES
+from varnek.report.results import read_history
 
 STEPS = 1560
 TF_PER_M2 = 9.80665  # kPa

@@ -8,7 +8,7 @@ import tempfile
 import pytest
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
-sys.path.insert(0, os.path.join(ROOT, "post"))
+sys.path.insert(0, os.path.join(ROOT, "python"))
 
 PROGRAM = os.path.join(ROOT, "build", "varnek")
 LAUNCHER = os.path.join(ROOT, "scripts", "varnek-report")
