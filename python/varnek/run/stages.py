@@ -300,8 +300,10 @@ def analysis_finish(run, status):
         return status
     if not os.path.isfile(run.path(prj.END_MARKER)):
         return 2
+    # The time of completion makes each complete run's record its own, so that the report of
+    # an earlier run counts as stale.
     record = records.Record(comments=[f"varnek-run {__version__} analysis",
-                                      f"complete {_now()}"])
+                                      f"complete {_now('microseconds')}"])
     record.inputs = records.inputs_of(analysis_inputs(run), run.run_dir)
     records.write_record(run.record("analysis"), record)
     return 0
@@ -342,8 +344,8 @@ def report_finish(run, status):
     return 0
 
 
-def _now():
-    return datetime.datetime.now().astimezone().isoformat(timespec="seconds")
+def _now(timespec="seconds"):
+    return datetime.datetime.now().astimezone().isoformat(timespec=timespec)
 
 
 def analysis_totals(run):
