@@ -133,7 +133,8 @@ class Progress:
                 kind = "stresses" if groups[0] == "Stress" else "strains"
                 label = label.format(kind, *groups[1:3])
                 groups = groups[3:]
-            count = int(groups[0]) if groups and groups[0] is not None else None
+            # The console counts the step, node or element it is at from 0.
+            count = int(groups[0]) + 1 if groups and groups[0] is not None else None
             new = label != self.phase
             self.phase, self.count = label, count
             self.count_total = getattr(self.totals, total) if total else None
