@@ -3,7 +3,6 @@ build/varnek with standard error into standard output) as varnek-run keeps it in
 tells it in plain progress lines."""
 import codecs
 import io
-import itertools
 import os
 import re
 
