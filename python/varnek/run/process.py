@@ -47,7 +47,10 @@ class Signals:
 
     def __enter__(self):
         for signum in STOP_SIGNALS:
-            self._saved[signum] = signal.signal(signum, self._handle)
+            # A signal ignored from the start (Ctrl-C for a job in the background of a script)
+            # stays ignored, by the stages too.
+            if signal.getsignal(signum) is not signal.SIG_IGN:
+                self._saved[signum] = signal.signal(signum, self._handle)
         return self
 
     def __exit__(self, *exc):

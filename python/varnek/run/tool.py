@@ -27,7 +27,11 @@ def main(argv):
     for signum in (signal.SIGINT, signal.SIGTERM):
         signal.signal(signum, _stop)
     try:
-        cli = importlib.import_module(TOOLS[argv[0]])
+        try:
+            cli = importlib.import_module(TOOLS[argv[0]])
+        except ImportError as e:
+            print(f"varnek-{argv[0]} cannot be loaded: {e}", file=sys.stderr)
+            return 2
         status = cli.main(argv[1:])
     except _Stopped as stop:
         return 128 + stop.signum
