@@ -6,6 +6,7 @@ stage run when what it was computed from has changed, with progress and a log pe
     status = run_chain(resolve("valley.toml", settings=Settings(ranks=4)), PlainView())
 """
 from .chain import resolve, run_chain
-from .stages import STAGES, Settings
+from .folder import Settings
+from .stages import STAGES
 
 __all__ = ["STAGES", "Settings", "resolve", "run_chain"]

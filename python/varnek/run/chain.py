@@ -8,8 +8,10 @@ from contextlib import redirect_stderr
 
 from ..errors import InputError, OutputError, VarnekError
 from .. import project as prj
+from . import records
 from .process import Interrupted, Signals, run_logged
-from .stages import STAGES, TABLE, Run, Settings, report_arguments
+from .folder import Run, Settings, report_arguments
+from .stages import STAGES, TABLE
 
 TAIL_LINES = 6
 
@@ -122,15 +124,19 @@ def _run_stage(run, stage, number, count, why, view, signals):
         _make_folder(run.logs)
         log = run.log(stage.name)
         cwd = run.run_dir
-        if stage.name in ("analysis", "report"):
-            _remove(run.record(stage.name))  # until it ends complete
+    kept = stage.record(run)
+    if kept is not None:
+        _remove(run.record(stage.name))  # until the stage ends complete
     totals = stage.totals(run)
     view.start(stage.name, number, count, why, log, totals)
     outcome = run_logged(stage.name, argv, cwd, log, view.segment, signals, env)
     view.end(stage.name, outcome.status, outcome.seconds)
     if stage.name == "prepare" and os.path.isdir(run.run_dir):
         _make_folder(run.logs)
-        os.replace(log, run.log("prepare"))
+        try:
+            os.replace(log, run.log("prepare"))
+        except OSError as e:
+            raise OutputError(f"cannot move {log} to {run.log('prepare')}: {e.strerror}") from None
         log = run.log("prepare")
     if outcome.interrupted is not None and outcome.status != 0:
         for path in stage.leftovers(run):
@@ -138,7 +144,9 @@ def _run_stage(run, stage, number, count, why, view, signals):
         view.note(f"varnek-run: {stage.name} stopped by "
                   f"{Interrupted(outcome.interrupted)}; its console is in {log}")
         return 128 + outcome.interrupted
-    status = stage.finish(run, outcome.status)
+    status = stage.outcome(run, outcome.status)
+    if status == 0 and kept is not None:
+        records.write_record(run.record(stage.name), kept)
     if outcome.interrupted is not None:
         return 128 + outcome.interrupted
     if status == 0:

@@ -9,7 +9,8 @@ from .. import __version__
 from ..errors import VarnekError
 from .chain import resolve, run_chain
 from .display import make_view
-from .stages import METHODS, STAGES, Settings
+from .folder import METHODS, Settings
+from .stages import STAGES
 
 
 def _numbers(kind):

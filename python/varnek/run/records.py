@@ -91,15 +91,6 @@ def write_record(path, record):
         raise OutputError(f"cannot write {path}: {e.strerror}") from None
 
 
-def remove(path):
-    try:
-        os.remove(path)
-    except FileNotFoundError:
-        pass
-    except OSError as e:
-        raise OutputError(f"cannot remove {path}: {e.strerror}") from None
-
-
 def inputs_of(files, base):
     """Entries for (role, path) pairs, paths as given and read relative to base."""
     return [Input(role, digest_file(os.path.join(base, path)), path) for role, path in files]

@@ -17,9 +17,10 @@ import glob
 import hashlib
 import json
 import os
+import shutil
 import sys
 import tomllib
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
 from .. import __version__
 from .. import project as prj
@@ -27,123 +28,9 @@ from ..errors import InputError
 from ..programs import ANALYSIS, FREEFIELD, SELFWEIGHT, find_program
 from . import records
 from .console import Totals
+from .folder import FREEFIELD_FOLDER, LOGS, PREPARATION_RECORD, SELFWEIGHT_FILE, report_arguments
 
 STAGES = ("prepare", "selfweight", "freefield", "analysis", "report")
-METHODS = ("gravity", "k0")
-PREPARATION = "preparation"
-PREPARATION_INFO = os.path.join(PREPARATION, "preparation.json")
-PREPARATION_RECORD = os.path.join(PREPARATION, "record.txt")
-SELFWEIGHT_FILE = "output0.inp"
-FREEFIELD_FOLDER = "output_ff"
-LOGS = "logs"
-MODEL_ROLES = ("constants", "wave", "nodes", "elements", "materials", "boundary")
-
-
-@dataclass
-class Settings:
-    """What the command line asks beyond the run folder."""
-    selfweight_method: str = None  # None: preparation.json's, else gravity
-    ranks: int = None  # the analysis under mpirun with this many ranks
-    hostfile: str = None
-    report: dict = field(default_factory=dict)  # report options given on the command line
-
-
-@dataclass
-class Run:
-    run_dir: str  # absolute
-    site: str = None  # absolute path of the site description, when the run starts from one
-    settings: Settings = field(default_factory=Settings)
-
-    def path(self, *parts):
-        return os.path.join(self.run_dir, *parts)
-
-    @property
-    def logs(self):
-        return self.path(LOGS)
-
-    def log(self, stage):
-        return os.path.join(self.logs, f"{stage}.log")
-
-    def record(self, stage):
-        return os.path.join(self.logs, f"{stage}.record")
-
-    @property
-    def prefix(self):
-        return prj.read_prefix(self.run_dir)
-
-    def in_project(self, name):
-        """A project file's path as the programs open it (relative to RUNDIR, as the prefix
-        makes it) and as this tool reads it."""
-        relative = self.prefix + name
-        return relative, os.path.join(self.run_dir, relative)
-
-    def preparation(self):
-        path = self.path(PREPARATION_INFO)
-        try:
-            with open(path, encoding="utf-8") as f:
-                return json.load(f)
-        except FileNotFoundError:
-            return {}
-        except (OSError, ValueError) as e:
-            raise InputError(f"cannot read {path}: {e}") from None
-
-    def file_list(self):
-        """(role, path as opened) of the analysis' model files."""
-        _, list_path = self.in_project(prj.LIST_FILE)
-        slots = prj.read_file_list(list_path, self.prefix)
-        if len(slots) < len(MODEL_ROLES):
-            raise InputError(f"{list_path} names {len(slots)} files; the analysis reads "
-                             f"{len(MODEL_ROLES)}: {', '.join(MODEL_ROLES)}")
-        return list(zip(MODEL_ROLES, slots))
-
-    def constants(self):
-        return prj.read_constants(self.path(self.file_list()[0][1]))
-
-    def treatment(self):
-        return self.constants().side_boundary_type
-
-    def selfweight_method(self):
-        method = self.settings.selfweight_method or \
-            self.preparation().get("selfweight_method") or "gravity"
-        if method not in METHODS:
-            raise InputError(f"{self.path(PREPARATION_INFO)}: selfweight_method {method!r} "
-                             f"is not one of {', '.join(METHODS)}")
-        return method
-
-    def report_options(self):
-        """The report's options: the site's [report] table (in a run folder, the one that
-        preparation.json kept), with those of the command line over it."""
-        table, where = {}, None
-        if self.site:
-            with open(self.site, "rb") as f:
-                try:
-                    table = tomllib.load(f).get("report", {})
-                except tomllib.TOMLDecodeError as e:
-                    raise InputError(f"{self.site}: {e}") from None
-            where = f"{self.site} [report]"
-        else:
-            table = self.preparation().get("report", {}) or {}
-            where = f"{self.path(PREPARATION_INFO)} report"
-        if not isinstance(table, dict):
-            raise InputError(f"{where}: not a table of report options")
-        merged = {**table, **{k: v for k, v in self.settings.report.items() if v is not None}}
-        return {name: _option_text(value) for name, value in merged.items()
-                if value is not False}, where
-
-
-def _option_text(value):
-    if value is True:
-        return "true"
-    if isinstance(value, (list, tuple)):
-        return ",".join(_option_text(v) for v in value)
-    if isinstance(value, float) and value.is_integer():
-        return str(int(value))
-    return str(value)
-
-
-def report_arguments(options):
-    return [f"--{name.replace('_', '-')}" + ("" if value == "true" else f"={value}")
-            for name, value in options.items()]
 
 
 def python_tool(name, *args):
@@ -170,15 +57,21 @@ def site_digest(path):
 
 
 # Each stage: applies(run) -> bool; changes(run) -> [str]; command(run) -> (argv, env);
-# leftovers(run) -> [paths]; finish(run, outcome) -> status (writes the stage's own record).
+# leftovers(run) -> [paths]; outcome(run, status) -> the status the stage counts as having;
+# record(run) -> the record that varnek-run keeps of a complete run, taken before it starts
+# (None for the stages whose programs write their own).
 
 
 def _no_leftovers(run):
     return []
 
 
-def _finished(run, status):
+def _as_it_ended(run, status):
     return status
+
+
+def _own_record(run):
+    return None
 
 
 def prepare_applies(run):
@@ -271,7 +164,7 @@ def analysis_command(run):
     s = run.settings
     if not s.ranks:
         return [program], None
-    mpirun = _which("mpirun")
+    mpirun = shutil.which("mpirun")
     if mpirun is None:
         raise InputError("--ranks needs mpirun: install openmpi-bin (and build with MPI)")
     argv = [mpirun, "-q", "-n", str(s.ranks), "--bind-to", "none"]
@@ -284,29 +177,24 @@ def analysis_command(run):
     return argv + [program], None
 
 
-def _which(name):
-    import shutil
-    return shutil.which(name)
-
-
 def analysis_leftovers(run):
     return glob.glob(run.path("work_*.dat")) + [run.path(prj.END_MARKER)]
 
 
-def analysis_finish(run, status):
-    """A complete run is status 0 with a_end.dat; only then is the record written. Status 0
-    without the marker is a file the analysis could not open: an input fault."""
-    if status != 0:
-        return status
-    if not os.path.isfile(run.path(prj.END_MARKER)):
+def analysis_outcome(run, status):
+    """A complete run is status 0 with a_end.dat. Status 0 without the marker is a file the
+    analysis could not open: an input fault."""
+    if status == 0 and not os.path.isfile(run.path(prj.END_MARKER)):
         return 2
-    # The time of completion makes each complete run's record its own, so that the report of
-    # an earlier run counts as stale.
-    record = records.Record(comments=[f"varnek-run {__version__} analysis",
-                                      f"complete {_now('microseconds')}"])
-    record.inputs = records.inputs_of(analysis_inputs(run), run.run_dir)
-    records.write_record(run.record("analysis"), record)
-    return 0
+    return status
+
+
+def analysis_record(run):
+    # The start time makes each run's record its own, so that the report of an earlier run
+    # counts as stale.
+    return records.Record(comments=[f"varnek-run {__version__} analysis",
+                                    f"started {_now('microseconds')}"],
+                          inputs=records.inputs_of(analysis_inputs(run), run.run_dir))
 
 
 def report_folder(run):
@@ -332,16 +220,13 @@ def report_command(run):
     return python_tool("report", run.run_dir, *report_arguments(run.report_options()[0]))
 
 
-def report_finish(run, status):
-    if status != 0:
-        return status
+def report_record(run):
     record = records.Record(comments=[f"varnek-run {__version__} report"],
                             options=run.report_options()[0])
     if os.path.isfile(run.record("analysis")):
         record.inputs = records.inputs_of([("analysis", os.path.join(LOGS, "analysis.record"))],
                                           run.run_dir)
-    records.write_record(run.record("report"), record)
-    return 0
+    return record
 
 
 def _now(timespec="seconds"):
@@ -373,7 +258,8 @@ class Stage:
     changes: object
     command: object
     leftovers: object = _no_leftovers
-    finish: object = _finished
+    outcome: object = _as_it_ended
+    record: object = _own_record
     totals: object = lambda run: Totals()
 
 
@@ -388,6 +274,6 @@ TABLE = {
     "freefield": Stage("freefield", freefield_applies, freefield_changes, freefield_command,
                        freefield_leftovers, totals=freefield_totals),
     "analysis": Stage("analysis", _always, analysis_changes, analysis_command,
-                      analysis_leftovers, analysis_finish, analysis_totals),
-    "report": Stage("report", _always, report_changes, report_command, finish=report_finish),
+                      analysis_leftovers, analysis_outcome, analysis_record, analysis_totals),
+    "report": Stage("report", _always, report_changes, report_command, record=report_record),
 }

@@ -140,7 +140,7 @@ def _report(run_dir, args):
 def tool_stages(monkeypatch):
     """Puts the stand-ins of prepare and report into the stage table."""
     import dataclasses
-    from varnek.run import stages
+    from varnek.run import folder, stages
     me = os.path.abspath(__file__)
 
     def prepare_command(run):
@@ -148,7 +148,7 @@ def tool_stages(monkeypatch):
 
     def report_command(run):
         return [sys.executable, me, "report", run.run_dir,
-                *stages.report_arguments(run.report_options()[0])], None
+                *folder.report_arguments(run.report_options()[0])], None
 
     for name, command in (("prepare", prepare_command), ("report", report_command)):
         monkeypatch.setitem(stages.TABLE, name,
