@@ -41,8 +41,9 @@ def python_tool(name, *args):
 
 
 def site_digest(path):
-    """The digest that varnek-prepare's record gives the site description: that of the
-    description without its [report] table."""
+    """The digest that varnek-prepare's record gives the site description: that of its
+    content without the [report] table, as canonical JSON (varnek.prepare's own where it is
+    there)."""
     try:
         from ..prepare import site_digest as prepared_digest
     except ImportError:
@@ -52,8 +53,8 @@ def site_digest(path):
     with open(path, "rb") as f:
         data = tomllib.load(f)
     data.pop("report", None)
-    text = json.dumps(data, sort_keys=True, default=str, ensure_ascii=False)
-    return hashlib.sha256(text.encode("utf-8")).hexdigest()
+    text = json.dumps(data, sort_keys=True, default=str, separators=(",", ":"))
+    return hashlib.sha256(text.encode()).hexdigest()
 
 
 # Each stage: applies(run) -> bool; changes(run) -> [str]; command(run) -> (argv, env);
@@ -90,6 +91,13 @@ def prepare_changes(run):
 
 def prepare_command(run):
     return python_tool("prepare", run.site, "--out", run.run_dir)
+
+
+def prepare_leftovers(run):
+    """The folder varnek-prepare fills beside the run folder; it removes it itself unless it
+    is killed."""
+    parent, name = os.path.split(run.run_dir)
+    return glob.glob(os.path.join(parent, f".{name}.partial-*"))
 
 
 def selfweight_changes(run):
@@ -268,7 +276,8 @@ def _always(run):
 
 
 TABLE = {
-    "prepare": Stage("prepare", prepare_applies, prepare_changes, prepare_command),
+    "prepare": Stage("prepare", prepare_applies, prepare_changes, prepare_command,
+                     prepare_leftovers),
     "selfweight": Stage("selfweight", _always, selfweight_changes, selfweight_command,
                         selfweight_leftovers),
     "freefield": Stage("freefield", freefield_applies, freefield_changes, freefield_command,
