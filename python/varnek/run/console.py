@@ -52,21 +52,23 @@ _LINE = re.compile(r"^Calculate\s+(\S+)\s+Hz")
 _ITERATION = re.compile(r"等価線形化計算\s*(\d+)\s*回目")
 _ERROR = re.compile(r"ERROR\s*=\s*(\S+)\s+TOL\s*=\s*(\S+)")
 _COLUMN = re.compile(r"^Free-field column, (\w+) edge")
+# The Python tools' progress line (varnek.progress): "<label> [###...] <done>/<total> <unit>, ..."
+_TOOL = re.compile(r"^(.+?) \[[#.]*\] (\d+)/(\d+) (\S+),")
 # Output stages: the console text, what the display calls it, and which total its count has.
 _OUTPUT = [
-    (re.compile(r"^変位計算中"), "displacement histories", None),
-    (re.compile(r"^応答加速度計算中"), "acceleration histories", None),
+    (re.compile(r"^変位計算中"), "output: displacement histories", None),
+    (re.compile(r"^応答加速度計算中"), "output: acceleration histories", None),
     (re.compile(r"^\s*応力ひずみ計算中(?:\s*\[\s*(\d+)\s*/\s*\d+\s*\])?"),
-     "stress and strain histories", "elements"),
+     "output: stress and strain histories", "elements"),
     (re.compile(r"^時刻歴ファイル出力中\(Disp and Acc\)\s*(\d+)step"),
-     "step files, displacements and accelerations", "steps"),
+     "output: step files, displacements and accelerations", "steps"),
     (re.compile(r"^時刻歴ファイル出力中\((Stress|Strain) (\d+)/(\d+)\)\s*(\d+)step"),
-     "step files, {0}, batch {1}/{2}", "steps"),
-    (re.compile(r"^時刻歴ファイル出力中\s*(\d+)step"), "step files", "steps"),
-    (re.compile(r"^最大値分布出力中"), "maxima", None),
-    (re.compile(r"^要素応力データファイル出力中\s*(\d+)要素"), "element stress histories",
+     "output: step files, {0}, batch {1}/{2}", "steps"),
+    (re.compile(r"^時刻歴ファイル出力中\s*(\d+)step"), "output: step files", "steps"),
+    (re.compile(r"^最大値分布出力中"), "output: maxima", None),
+    (re.compile(r"^要素応力データファイル出力中\s*(\d+)要素"), "output: element stress histories",
      "elements"),
-    (re.compile(r"^節点加速度データファイル出力中\s*(\d+)節点"), "node acceleration histories",
+    (re.compile(r"^節点加速度データファイル出力中\s*(\d+)節点"), "output: node acceleration histories",
      "nodes"),
 ]
 
@@ -124,6 +126,12 @@ class Progress:
                 self.lines, self.pass_start = 0, None
                 self.changed = "column"
                 return
+        m = _TOOL.match(segment)
+        if m:
+            label = f"{m.group(1)} ({m.group(4)})"
+            self.changed = "phase" if label != self.phase else "count"
+            self.phase, self.count, self.count_total = label, int(m.group(2)), int(m.group(3))
+            return
         for pattern, label, total in _OUTPUT:
             m = pattern.match(segment)
             if not m:
@@ -178,7 +186,7 @@ class Progress:
         return text
 
     def phase_text(self):
-        text = f"output: {self.phase}"
+        text = self.phase
         if self.count is not None:
             text += f" {self.count}" + (f"/{self.count_total}" if self.count_total else "")
         return text

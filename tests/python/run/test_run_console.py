@@ -92,3 +92,18 @@ def test_plain_lines_tell_the_iterations_the_frequency_lines_and_the_output_step
         def uncounted(text):
             return [line for line in text.splitlines() if not re.search(r"output: .* \d+/", line)]
         assert uncounted(out.getvalue()) == uncounted(PLAIN)
+
+
+def test_the_progress_line_of_the_python_tools_reads_as_a_count_against_its_total():
+    from varnek.progress import Progress as ToolProgress
+    from varnek.run.console import Progress
+    said = io.StringIO()
+    tool = ToolProgress("writing ParaView files", 250, "steps", stream=said, clock=lambda: 0.0)
+    shown = Progress(Totals())
+    for _ in range(250):
+        tool.advance()
+    texts = []
+    for line in said.getvalue().splitlines():
+        shown.take(line, True, 0.0)
+        texts.append(shown.phase_text())
+    assert texts == [f"writing ParaView files (steps) {n}/250" for n in (100, 200, 250)]
