@@ -166,13 +166,18 @@ class Progress:
         return max(0.0, self.totals.lines - self.lines) / rate
 
     def iteration_text(self):
-        limit = self.totals.iteration_limit
-        text = f"iteration {self.iteration}" + (f" of {limit}" if limit else "")
-        if self.column:
-            text = f"{self.column} column, {text}"
-        if self.error is not None:
-            text += f", last ERROR {_short(self.error)} against TOL {_short(self.tolerance)}"
-        return text
+        limit, done = self.totals.iteration_limit, self.iteration - 1
+        last = f"ERROR {_short(self.error)} against TOL {_short(self.tolerance)}"
+        if self.error is not None and self.tolerance is not None and self.tolerance > self.error:
+            text = f"converged in {done} iteration{'s' if done > 1 else ''}: " + \
+                last.replace("against", "below")
+        elif self.error is not None and limit and done >= limit:
+            text = f"iteration limit {limit} reached: {last}"
+        else:
+            text = f"iteration {self.iteration}" + (f" of {limit}" if limit else "")
+            if self.error is not None:
+                text += f", last {last}"
+        return f"{self.column} column, {text}" if self.column else text
 
     def lines_text(self, now):
         total = self.totals.lines
