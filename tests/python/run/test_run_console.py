@@ -107,3 +107,21 @@ def test_the_progress_line_of_the_python_tools_reads_as_a_count_against_its_tota
         shown.take(line, True, 0.0)
         texts.append(shown.phase_text())
     assert texts == [f"writing ParaView files (steps) {n}/250" for n in (100, 200, 250)]
+
+
+@pytest.mark.parametrize("console, says", [
+    (["Calculate 1 Hz", "等価線形化計算 1 回目", "ERROR = 0.5\tTOL=0.02", "Calculate 1 Hz"],
+     "iteration 2 of 2, last ERROR 0.5 against TOL 0.02"),
+    (["等価線形化計算 1 回目", "ERROR = 0.5\tTOL=0.02", "等価線形化計算 2 回目",
+      "ERROR = 0.1\tTOL=0.02"], "iteration limit 2 reached: ERROR 0.1 against TOL 0.02"),
+    (["等価線形化計算 1 回目", "ERROR = 0.01\tTOL=0.02"],
+     "converged in 1 iteration: ERROR 0.01 below TOL 0.02"),
+    (["Free-field column, left edge (x = 0): 3 layers", "等価線形化計算 1 回目",
+      "ERROR = 0.02\tTOL=0.02"], "left column, iteration 2 of 2, last ERROR 0.02 against TOL 0.02"),
+])
+def test_the_panel_tells_the_iteration_against_its_limit(console, says):
+    from varnek.run.console import Progress
+    shown = Progress(Totals(iteration_limit=2))
+    for segment in console:
+        shown.take(segment, True, 0.0)
+    assert shown.iteration_text() == says
