@@ -28,7 +28,7 @@ def set_report(run_dir, table):
 
 CASES = [
     # what; arguments after RUNDIR; environment; change to RUNDIR; status; the message says
-    ("no run configuration", ["--out", "x"], {}, None, 2, "goes with a site description"),
+    ("--out with a run folder", ["--out", "x"], {}, None, 2, "goes with a site description"),
     ("an unknown stage", ["--only", "mesh"], {}, None, 2, "invalid choice: 'mesh'"),
     ("a missing program", [], {"VARNEK_BIN": "/nonexistent"}, None, 2,
      "varnek-selfweight not found in /nonexistent"),
