@@ -8,7 +8,9 @@ along, with the half-space's damping); the sides get the project's side treatmen
 rho Vp and rho Vs for treatment 1). A one-dimensional column holds every node in y, so that it
 shears as a layer.
 
-Units: m, s, t/m3 (so that moduli and stresses are in kPa); the wave in gal.
+Units as the programs take them: m, s, moduli in MPa and densities in MPa s2/m2 (t/m3 over
+1000), so that dashpots are in MPa s/m; the wave in gal. The programs write the self-weight and
+the result-model stresses in tf/m2 and the element stresses of dyn/ in kPa.
 """
 import math
 import os
@@ -17,6 +19,7 @@ from dataclasses import dataclass, field
 import numpy as np
 
 GRAVITY = 9.80665  # m/s2, as the self-weight program takes it
+TF_PER_MPA = 1000.0 / GRAVITY  # the result files' tf/m2 per MPa
 
 # One line of the consistent matrix of an edge, times 30 (the program divides by 30): row node
 # at the start, the middle or the end of a 2- or 3-node edge.
@@ -35,7 +38,7 @@ class Soil:
 
     @property
     def density(self):
-        return self.unit_weight / GRAVITY
+        return self.unit_weight / GRAVITY / 1000.0
 
     @property
     def shear_modulus(self):
@@ -63,7 +66,7 @@ class HalfSpace:
 
     @property
     def density(self):
-        return self.unit_weight / GRAVITY
+        return self.unit_weight / GRAVITY / 1000.0
 
     @property
     def shear_modulus(self):
@@ -86,6 +89,7 @@ class Section:
     one_dimensional: bool = False  # every node held in y
     side_treatment: int = 2
     valley: tuple = None  # (first column, columns, rows from the surface, soil index)
+    side_rollers: bool = False  # the side nodes held in x (a laterally confined section)
 
     # ---- geometry ----
     @property
@@ -168,6 +172,12 @@ class Section:
                     out.append((soil, [n(0, 0), n(2, 2), n(0, 2), n(1, 2), n(0, 1), n(1, 1)]))
         return out
 
+    def element_centres(self):
+        """Centroid of the corners of every element, in element order."""
+        xy, index = self.nodes()
+        corners = 3 if self.kind == 6 else 4
+        return np.array([xy[nodes[:corners]].mean(axis=0) for _, nodes in self.elements(index)])
+
     def surface_nodes(self):
         xs, ys = self.grid()
         _, index = self.nodes()
@@ -243,6 +253,8 @@ def boundary_lines(section, index):
     if section.one_dimensional:
         lines += [f"{index[i, j]} 1 0 0" for (i, j) in sorted(index, key=index.get)
                   if j > 0 or section.base is not None]
+    if section.side_rollers:
+        lines += [f"{index[i, j]} 0 0 0" for j in range(1, last_j + 1) for i in (0, last_i)]
     if section.side_treatment == 1:
         heights = section.row_heights()
         for i, code in ((0, 201), (last_i, 200)):
