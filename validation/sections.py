@@ -28,6 +28,25 @@ EDGE_WEIGHTS = {2: ((10.0, 5.0), (5.0, 10.0)),
 
 
 @dataclass(frozen=True)
+class Curve:
+    strain: np.ndarray  # shear strain, a fraction, increasing
+    modulus_ratio: np.ndarray  # G/G0
+    damping: np.ndarray  # fraction
+
+
+def table_curve(strain, modulus_ratio, damping, per_decade=40, lowest=1e-7, highest=1.0):
+    """A curve given at a few strains, as the table model should read it: interpolated linearly
+    in the logarithm of the strain, flat beyond its ends, on per_decade points a decade from
+    lowest to highest. The program's lookup is linear in the strain itself and takes a point
+    from the next segment, so it follows the curve between such close points."""
+    grid = np.logspace(np.log10(lowest), np.log10(highest),
+                       int(round(per_decade * np.log10(highest / lowest))) + 1)
+    log_strain = np.log(np.asarray(strain, dtype=float))
+    return Curve(grid, np.interp(np.log(grid), log_strain, modulus_ratio),
+                 np.interp(np.log(grid), log_strain, damping))
+
+
+@dataclass(frozen=True)
 class Soil:
     name: str
     vs: float  # m/s, small-strain
@@ -285,7 +304,8 @@ def project_files(section, analysis, wave):
                             "boundary.dat\n",
         "constants.dat": "".join(f"{v!r}\n" if isinstance(v, float) else f"{v}\n"
                                  for v in constants),
-        "wave.csv": f"{wave.name},{wave.time_step!r},1\n" + samples,
+        # The header is split at commas: the name must hold none.
+        "wave.csv": f"{wave.name.replace(',', ';')},{wave.time_step!r},1\n" + samples,
         "nodes.dat": "".join(f"{x!r} {y!r}\n" for x, y in xy),
         "elements.dat": "".join(f"{soil} {len(nodes)} 1 {' '.join(map(str, nodes))}\n"
                                 for soil, nodes in elements),
