@@ -74,7 +74,7 @@ def draw(fig, time, reference, varnek, periods, reference_psa, psa):
     top.plot(time, reference, "k-", lw=0.8, label="DEEPSOIL")
     top.plot(time, varnek, "r--", lw=0.6, label="VARNEK")
     peak = int(np.argmax(np.abs(reference)))
-    top.set_xlim(max(0.0, time[peak] - 10.0), time[peak] + 10.0)
+    top.set_xlim(max(0.0, time[peak] - 4.0), time[peak] + 4.0)
     top.set_xlabel("time (s)")
     top.set_ylabel("surface acceleration (g)")
     top.legend(fontsize=8)

@@ -41,3 +41,71 @@ def surface_transfer(thickness, modulus, density, damping, base, frequencies):
     otherwise."""
     a, b = layer_waves(thickness, modulus, density, damping, base, frequencies)[-1]
     return 1.0 / (a + b) if base is None else 1.0 / (2.0 * a)
+
+
+def strain_transfer(thickness, modulus, density, damping, base, frequencies):
+    """Shear strain at the middle of every layer (rows) per unit input displacement, and the
+    surface displacement per unit input displacement, per frequency (columns); the input as
+    in surface_transfer. Frequencies above 0."""
+    waves = layer_waves(thickness, modulus, density, damping, base, frequencies)
+    a, b = waves[-1]
+    unit = 1.0 / (a + b) if base is None else 1.0 / (2.0 * a)
+    w = 2.0 * np.pi * np.asarray(frequencies, dtype=float)
+    strains = []
+    for (a, b), h, g, rho, d in zip(waves, thickness, modulus, density, damping):
+        k = w * np.sqrt(rho / complex_modulus(g, d))
+        strains.append(1j * k * (a * np.exp(0.5j * k * h) - b * np.exp(-0.5j * k * h)) * unit)
+    return np.array(strains), unit
+
+
+def log_interp(strain, table_strain, values):
+    """A curve read at a strain, linear in the logarithm of the strain, flat beyond its ends."""
+    return np.interp(np.log(strain), np.log(table_strain), values)
+
+
+def equivalent_linear(thickness, modulus, density, curves, damping, base, acc, time_step,
+                      padded, lines, strain_ratio=0.65, tolerance=1e-4, limit=50):
+    """The equivalent-linear iteration of a layered column (SHAKE; Schnabel et al. 1972):
+    each pass solves the column with the current moduli and damping, takes each layer's peak
+    strain at its middle, and reads new values at strain_ratio times it from the layer's curve
+    (strain, G/G0, damping; None: the layer stays linear with its damping). The input
+    acceleration acc is zero-padded to `padded` samples and its lines 0 .. lines - 1 are
+    solved, as the program does; beyond them the column moves with its input. Stops when the mean relative change of the moduli falls below
+    the tolerance, or after `limit` passes; then, as in the program, the last values read stand
+    unused by the solution. Returns a dict: modulus_ratio, damping (the values standing),
+    peak_strain of each layer and surface (the acceleration history over the record) of the
+    last solution, and errors (the mean change of each pass)."""
+    spectrum = np.fft.rfft(np.asarray(acc, dtype=float), padded)
+    solved = np.arange(len(spectrum)) < lines
+    f = np.arange(len(spectrum)) / (padded * time_step)
+    w = 2.0 * np.pi * f[1:]
+    ratio = np.ones(len(thickness))
+    d = np.array([c.damping[0] if c is not None else h for c, h in zip(curves, damping)])
+    errors = []
+    for _ in range(limit):
+        g = np.asarray(modulus) * ratio
+        strains, unit = strain_transfer(thickness, g, density, d, base, f[1:])
+        displacement = np.where(solved[1:], -spectrum[1:] / (w * w), 0.0)  # of the input
+        histories = np.fft.irfft(np.concatenate([np.zeros((len(thickness), 1)),
+                                                 strains * displacement], axis=1), padded)
+        peak = np.max(np.abs(histories), axis=1)
+        new_ratio, new_d = ratio.copy(), d.copy()
+        for i, c in enumerate(curves):
+            if c is not None:
+                effective = strain_ratio * peak[i]
+                new_ratio[i] = log_interp(effective, c.strain, c.modulus_ratio)
+                new_d[i] = log_interp(effective, c.strain, c.damping)
+        moving = [i for i, c in enumerate(curves) if c is not None]
+        if not moving:
+            break
+        error = float(np.mean(np.abs(new_ratio - ratio)[moving] / new_ratio[moving]))
+        errors.append(error)
+        if error < tolerance:
+            break
+        ratio, d = new_ratio, new_d
+    # The absolute motion: the input itself beyond the cut-off, where the program solves no
+    # relative motion.
+    surface = np.fft.irfft(np.concatenate([[spectrum[0]], spectrum[1:] *
+                                           np.where(solved[1:], unit, 1.0)]), padded)
+    return {"modulus_ratio": ratio, "damping": d, "peak_strain": peak,
+            "surface": surface[:len(acc)], "errors": errors}
