@@ -109,3 +109,26 @@ def equivalent_linear(thickness, modulus, density, curves, damping, base, acc, t
                                            np.where(solved[1:], unit, 1.0)]), padded)
     return {"modulus_ratio": ratio, "damping": d, "peak_strain": peak,
             "surface": surface[:len(acc)], "errors": errors}
+
+
+def column_response(section, wave, analysis):
+    """equivalent_linear for the column of a section as the program runs it with these
+    analysis settings (sections.Analysis): one layer per row of elements from the surface
+    down, on the section's base, the wave padded and cut off as the program does; a linear
+    analysis is one pass with the small-strain values. Adds "depth": the middle of each
+    layer."""
+    soils = [section.soils[s] for s in reversed(section.row_soils())]
+    heights = list(reversed(section.row_heights()))
+    padded = 1 << (len(wave.acc_gal) - 1).bit_length()
+    lines = min(int(np.floor(analysis.cutoff * padded * wave.time_step)) + 1, padded // 2 + 1)
+    base = section.base
+    eql = analysis.equivalent_linear
+    result = equivalent_linear(
+        heights, [s.shear_modulus for s in soils], [s.density for s in soils],
+        [s.curve if eql else None for s in soils],
+        [s.damping if s.curve is None else s.curve.damping[0] for s in soils],
+        None if base is None else (base.shear_modulus, base.density, base.damping),
+        np.asarray(wave.acc_gal) / 100.0, wave.time_step, padded, lines,
+        analysis.strain_ratio, analysis.tolerance, analysis.iteration_limit if eql else 1)
+    result["depth"] = np.cumsum(heights) - np.array(heights) / 2.0
+    return result

@@ -46,6 +46,14 @@ def table_curve(strain, modulus_ratio, damping, per_decade=40, lowest=1e-7, high
                  np.interp(np.log(grid), log_strain, damping))
 
 
+def hyperbolic(reference_strain, low, high, per_decade=40):
+    """Hardin and Drnevich (1972): G/G0 = 1 / (1 + strain / reference strain), damping
+    low + high (1 - G/G0), on per_decade points a decade from 1e-7 to 1."""
+    strain = np.logspace(-7, 0, 7 * per_decade + 1)
+    ratio = 1.0 / (1.0 + strain / reference_strain)
+    return Curve(strain, ratio, low + high * (1.0 - ratio))
+
+
 @dataclass(frozen=True)
 class Soil:
     name: str
@@ -224,6 +232,17 @@ class Wave:
     time_step: float
     acc_gal: np.ndarray
     name: str = "wave"
+
+
+EXAMPLE_RECORD = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))),
+                              "examples", "column", "wave.csv")
+
+
+def example_record(scale=1.0, samples=None):
+    """The El Centro 1940 N-S record of the bundled example (gal, 0.02 s), scaled, and cut to
+    its first samples when asked."""
+    data = np.loadtxt(EXAMPLE_RECORD, delimiter=",", skiprows=1)[:samples]
+    return Wave(data[1, 0] - data[0, 0], scale * data[:, 1], "El Centro 1940 N-S")
 
 
 def material_record(soil):

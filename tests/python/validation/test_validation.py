@@ -1,0 +1,34 @@
+"""The validation manual's problems on their short setting: every measured difference within
+the tolerance the manual holds it to, so that a change that moves a figure past it fails here.
+The full setting writes docs/validation.md (python3 validation/make_manual.py)."""
+import os
+import sys
+
+import pytest
+
+from conftest import ROOT
+from varnek.errors import InputError
+from varnek.programs import PROGRAMS, find_program
+
+sys.path.insert(0, ROOT)
+from validation import PROBLEMS  # noqa: E402
+from validation.thin_layer import modes_program  # noqa: E402
+
+
+def built():
+    try:
+        return all(os.access(find_program(p), os.X_OK) for p in PROGRAMS) and \
+            os.access(modes_program(), os.X_OK)
+    except InputError:
+        return False
+
+
+@pytest.mark.parametrize("problem", PROBLEMS, ids=[p.key for p in PROBLEMS])
+def test_every_difference_is_within_its_tolerance(problem, tmp_path):
+    if not built():
+        pytest.skip("the programs are not built: run scripts/build.sh first")
+    outcome = problem.run(True, str(tmp_path))
+    assert outcome.checks
+    beyond = [f"{c.what}: {c.shown(c.measured)}, tolerance {c.bound}"
+              for c in outcome.checks if not c.passed]
+    assert not beyond, "\n".join(beyond)
