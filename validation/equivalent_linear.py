@@ -66,8 +66,8 @@ def run(short, work):
                   "one-dimensional computation's", runs.relative_rms(surface, ref["surface"]),
                   TOLERANCE["surface"])]
     out.figures.append(Figure(
-        "equivalent-linear", "Equivalent-linear column under the El Centro record at 0.17 g: final G/G0 "
-        "and peak shear strain over the depth, VARNEK (markers) against the independent "
+        "equivalent-linear", "Equivalent-linear column under the El Centro record at 0.17 g: "
+        "final G/G0 and peak shear strain over the depth, VARNEK (markers) against the independent "
         "one-dimensional computation (lines), and the change of the moduli at each iteration.",
         lambda fig: draw(fig, results), (10.0, 5.0)))
     return out
@@ -107,12 +107,12 @@ PROBLEM = Problem(
               "column (`validation/reference.py`): each pass takes the peak strain at the "
               "middle of every sublayer, reads G/G0 and damping at 0.65 times it from the "
               "layer's curve (linear in log strain); both computations make 12 passes and are "
-              "compared pass by pass. The column: 8 m of soft clay (Vs 120 m/s, hyperbolic curve with a "
-              "reference strain of 0.1 %, damping 2 to 20 %), 12 m of sand (Vs 220 m/s, 0.04 "
-              "%, 1 to 23 %) and 10 m of linear gravel (Vs 380 m/s, 2 %), on a rigid base and "
-              "on rock of Vs 800 m/s, under the El Centro 1940 N-S record of the example "
-              "at half its amplitude (peak 0.17 g); VARNEK's column of 4-node elements, one sublayer each, cut-off "
-              "20 Hz.",
+              "compared pass by pass. The column: 8 m of soft clay (Vs 120 m/s, hyperbolic "
+              "curve with a reference strain of 0.1 %, damping 2 to 20 %), 12 m of sand (Vs "
+              "220 m/s, 0.04 %, 1 to 23 %) and 10 m of linear gravel (Vs 380 m/s, 2 %), on a "
+              "rigid base and on rock of Vs 800 m/s, under the El Centro 1940 N-S record of the "
+              "example at half its amplitude (peak 0.17 g); VARNEK's column of 4-node "
+              "elements, one a sublayer, cut-off 20 Hz.",
     source="Schnabel, P. B., Lysmer, J., and Seed, H. B. (1972), SHAKE: a computer program "
            "for earthquake response analysis of horizontally layered sites, EERC 72-12, "
            "University of California, Berkeley; hyperbolic curves of Hardin, B. O., and "

@@ -70,11 +70,12 @@ def equivalent_linear(thickness, modulus, density, curves, damping, base, acc, t
     strain at its middle, and reads new values at strain_ratio times it from the layer's curve
     (strain, G/G0, damping; None: the layer stays linear with its damping). The input
     acceleration acc is zero-padded to `padded` samples and its lines 0 .. lines - 1 are
-    solved, as the program does; beyond them the column moves with its input. Stops when the mean relative change of the moduli falls below
-    the tolerance, or after `limit` passes; then, as in the program, the last values read stand
-    unused by the solution. Returns a dict: modulus_ratio, damping (the values standing),
-    peak_strain of each layer and surface (the acceleration history over the record) of the
-    last solution, and errors (the mean change of each pass)."""
+    solved, as the program does; beyond them the column moves with its input. Stops when the
+    mean relative change of the moduli falls below the tolerance, or after `limit` passes;
+    then, as in the program, the last values read stand unused by the solution. Returns a
+    dict: modulus_ratio and damping (the values standing), peak_strain of each layer and
+    surface (the acceleration history over the record) of the last solution, and errors (the
+    mean change of each pass)."""
     spectrum = np.fft.rfft(np.asarray(acc, dtype=float), padded)
     solved = np.arange(len(spectrum)) < lines
     f = np.arange(len(spectrum)) / (padded * time_step)

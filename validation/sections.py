@@ -14,7 +14,7 @@ the result-model stresses in tf/m2 and the element stresses of dyn/ in kPa.
 """
 import math
 import os
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
 import numpy as np
 

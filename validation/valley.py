@@ -28,7 +28,8 @@ def section(short, scale, treatment):
     width, height, columns, (soft, stiff), valley_columns, valley_rows = layout(short)
     columns *= scale
     return sections.Section(
-        SOILS, [sections.Stratum(soft * height, 0, soft), sections.Stratum(stiff * height, 1, stiff)],
+        SOILS, [sections.Stratum(soft * height, 0, soft),
+                sections.Stratum(stiff * height, 1, stiff)],
         kind=4, columns=columns, width=width, base=ROCK, side_treatment=treatment,
         valley=((columns - valley_columns) // 2, valley_columns, valley_rows, 2))
 
