@@ -7,6 +7,7 @@ PYSTRATA and STRATA are checkouts (work trees) of github.com/arkottke/pystrata a
 github.com/arkottke/strata. Run once by hand; the validation reads only the files written here.
 """
 import gzip
+import io
 import json
 import os
 import re
@@ -43,9 +44,11 @@ def xlsx_columns(path, sheet_name):
 def write_table(name, header, columns, fmt="%.7g"):
     path = os.path.join(HERE, name)
     os.makedirs(os.path.dirname(path), exist_ok=True)
-    opener = gzip.open if name.endswith(".gz") else open
-    with opener(path, "wt") as f:
-        np.savetxt(f, np.column_stack(columns), fmt=fmt, delimiter=",", header=header)
+    with open(path, "wb") as raw:
+        # gzip without a time stamp, so that extracting again gives the same bytes
+        packed = gzip.GzipFile(fileobj=raw, mode="wb", mtime=0) if name.endswith(".gz") else raw
+        with io.TextIOWrapper(packed, encoding="utf-8") as f:
+            np.savetxt(f, np.column_stack(columns), fmt=fmt, delimiter=",", header=header)
 
 
 def deepsoil(pystrata):
@@ -62,6 +65,31 @@ def deepsoil(pystrata):
                 [c["A"], c["B"], c["C"], c["D"]])
     write_table(f"{folder}/spectrum.csv", "period (s), 5 % damped pseudo-acceleration at the "
                 "surface (g)", [c["G"], c["H"]])
+
+
+def nrattle(pystrata):
+    """The crustal profile of pyStrata's NRATTLE check (400 layers over a half-space, no
+    damping) and NRATTLE's surface amplification over the half-space's outcrop."""
+    folder = "nrattle"
+    layers, halfspace = [], None
+    with open(os.path.join(pystrata, "tests", "data", "nrattle.ctl")) as f:
+        lines = [line.split() for line in f if not line.startswith("!")]
+    for i, fields in enumerate(lines):
+        if len(fields) == 6:
+            layers.append([float(v) for v in fields[1:5]])  # km, km/s, g/cm3, 1/Q
+        elif layers and halfspace is None and len(fields) == 2:
+            halfspace = [float(v) for v in fields]
+    layers = np.array(layers)
+    assert len(layers) == 400 and not layers[:, 3].any()
+    write_table(f"{folder}/profile.csv", "thickness (m), Vs (m/s), density (t/m3), from the "
+                f"surface down; half-space Vs {1000 * halfspace[0]:g} m/s, density "
+                f"{halfspace[1]:g} t/m3; no damping", [1000 * layers[:, 0], 1000 * layers[:, 1],
+                                                      layers[:, 2]])
+    amps = np.loadtxt(os.path.join(pystrata, "tests", "data",
+                                   "test_nrattle_02mar12.nrattle_amps4plot.out"), skiprows=19,
+                      usecols=(0, 2))
+    write_table(f"{folder}/amplification.csv", "frequency (Hz), surface over half-space "
+                "outcrop amplitude", [amps[:, 0], amps[:, 1]])
 
 
 def strata(strata_root):
@@ -113,4 +141,5 @@ def strata(strata_root):
 
 if __name__ == "__main__":
     deepsoil(sys.argv[1])
+    nrattle(sys.argv[1])
     strata(sys.argv[2])
