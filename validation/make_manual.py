@@ -134,8 +134,13 @@ def main(argv=None):
         except Exception as e:  # a missing program or a failed run: no manual
             print(f"make_manual.py: {e}", file=sys.stderr)
             return 2
+    drawn = set()
     for _, outcome, _ in results:
-        draw_figures(outcome, image_dir)
+        drawn.update(draw_figures(outcome, image_dir))
+    if not args.only:  # figures of problems or figures that are gone
+        for name in os.listdir(image_dir):
+            if name.endswith(".png") and os.path.join(image_dir, name) not in drawn:
+                os.remove(os.path.join(image_dir, name))
     with open(os.path.join(args.out, MANUAL), "w") as f:
         f.write(manual_text(results, args.short))
     total = sum(s for _, _, s in results)
