@@ -54,14 +54,8 @@ def hyperbolic(reference_strain, low, high, per_decade=40):
     return Curve(strain, ratio, low + high * (1.0 - ratio))
 
 
-@dataclass(frozen=True)
-class Soil:
-    name: str
-    vs: float  # m/s, small-strain
-    unit_weight: float  # kN/m3
-    damping: float = 0.0  # fraction; for a curve, its value is taken from the curve
-    poisson: float = 0.35
-    curve: object = None  # strain, modulus_ratio, damping (fractions): the table model
+class ElasticProperties:
+    """What a soil and the half-space derive from their vs, unit_weight and poisson."""
 
     @property
     def density(self):
@@ -78,6 +72,16 @@ class Soil:
 
 
 @dataclass(frozen=True)
+class Soil(ElasticProperties):
+    name: str
+    vs: float  # m/s, small-strain
+    unit_weight: float  # kN/m3
+    damping: float = 0.0  # fraction; for a curve, its value is taken from the curve
+    poisson: float = 0.35
+    curve: object = None  # strain, modulus_ratio, damping (fractions): the table model
+
+
+@dataclass(frozen=True)
 class Stratum:
     thickness: float  # m
     soil: int  # index into Section.soils
@@ -85,19 +89,11 @@ class Stratum:
 
 
 @dataclass(frozen=True)
-class HalfSpace:
+class HalfSpace(ElasticProperties):
     vs: float
     unit_weight: float
     damping: float = 0.0
     poisson: float = 0.3
-
-    @property
-    def density(self):
-        return self.unit_weight / GRAVITY / 1000.0
-
-    @property
-    def shear_modulus(self):
-        return self.density * self.vs ** 2
 
     def impedance(self, speed):
         """rho V* of the damped half-space for a wave speed, V* = V sqrt(1 + 2 i h), in the
@@ -286,8 +282,7 @@ def boundary_lines(section, index):
                  for i in range(0, last_i, step)]
         hs = section.base
         lines += edge_lines(101, 0, hs.impedance(hs.vs), edges)
-        vp = hs.vs * math.sqrt(2.0 * (1.0 - hs.poisson) / (1.0 - 2.0 * hs.poisson))
-        lines += edge_lines(102, 1, hs.impedance(vp), edges)
+        lines += edge_lines(102, 1, hs.impedance(hs.vp), edges)
     if section.one_dimensional:
         lines += [f"{index[i, j]} 1 0 0" for (i, j) in sorted(index, key=index.get)
                   if j > 0 or section.base is not None]
