@@ -63,13 +63,14 @@ def deepsoil(short, work, out):
     strain_difference = abs(varnek_strain - deepsoil_strain) / deepsoil_strain
 
     out.checks += [
-        Check("DEEPSOIL 2a: surface acceleration history: rms of the difference over the rms of DEEPSOIL's",
-              history, TOLERANCE["history"]),
-        Check(f"DEEPSOIL 2a: 5 % response spectrum at the surface, periods {periods[keep][0]:.2g} to 10 s: "
-              "largest difference over DEEPSOIL's", spectrum_difference, TOLERANCE["spectrum"]),
-        Check(f"DEEPSOIL 2a: peak shear strain at 10 m: VARNEK {100 * varnek_strain:.4f} %, DEEPSOIL "
-              f"{100 * deepsoil_strain:.4f} %; difference over DEEPSOIL's", strain_difference,
-              TOLERANCE["strain"])]
+        Check("DEEPSOIL 2a: surface acceleration history: rms of the difference over the rms "
+              "of DEEPSOIL's", history, TOLERANCE["history"]),
+        Check(f"DEEPSOIL 2a: 5 % response spectrum at the surface, periods "
+              f"{periods[keep][0]:.2g} to 10 s: largest difference over DEEPSOIL's",
+              spectrum_difference, TOLERANCE["spectrum"]),
+        Check(f"DEEPSOIL 2a: peak shear strain at 10 m: VARNEK {100 * varnek_strain:.4f} %, "
+              f"DEEPSOIL {100 * deepsoil_strain:.4f} %; difference over DEEPSOIL's",
+              strain_difference, TOLERANCE["strain"])]
     time = np.arange(n) * step
     out.figures.append(Figure(
         "deepsoil-2a", "DEEPSOIL example 2a (linear): surface acceleration and its 5 % response "

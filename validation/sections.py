@@ -3,9 +3,9 @@
 A section is a number of equal columns across and horizontal strata from the surface down, each
 cut into equal rows of elements: 4-node or 8-node quadrilaterals, or 6-node triangles (each cell
 cut along its rising diagonal). A soft valley may take the place of the upper cells over a
-middle band. The base is rigid or an elastic half-space (dashpots of rho Vs across and rho Vp
-along, with the half-space's damping); the sides get the project's side treatment (dashpots of
-rho Vp and rho Vs for treatment 1). A one-dimensional column holds every node in y, so that it
+middle band. The base is rigid or an elastic half-space (dashpots of rho Vs in x and rho Vp in
+y, with the half-space's damping); the sides get the project's side treatment (for treatment 1
+dashpots of rho Vp in x and rho Vs in y). A one-dimensional column holds every node in y, so that it
 shears as a layer.
 
 Units as the programs take them: m, s, moduli in MPa and densities in MPa s2/m2 (t/m3 over
@@ -264,7 +264,7 @@ def edge_lines(code, direction, coefficient, edges):
         for row, weights in zip(nodes, EDGE_WEIGHTS[len(nodes)]):
             ends = list(nodes) + [-1] * (3 - len(nodes))
             w = list(weights) + [0.0] * (3 - len(weights))
-            lines.append(f"$VISCO {code} {row} {direction} {c.real!r} {c.imag!r} 0 "
+            lines.append(f"$VISCO {code} {row} {direction} {float(c.real)!r} {float(c.imag)!r} 0 "
                          f"{w[0]:g} {w[1]:g} {w[2]:g} {ends[0]} {ends[1]} {ends[2]}")
     return lines
 
@@ -310,17 +310,17 @@ def project_files(section, analysis, wave):
     materials = [str(len(section.soils))]
     for soil in section.soils:
         materials += material_record(soil)
-    samples = "".join(f"{k * wave.time_step:.10g},{a!r}\n"
-                      for k, a in enumerate(np.asarray(wave.acc_gal, dtype=float)))
+    samples = "".join(f"{k * wave.time_step:.10g},{float(a)!r}\n"
+                      for k, a in enumerate(wave.acc_gal))
     return {
         "Flag_VARNEK.inp": flags,
         "input_VARNEK.inp": "constants.dat\nwave.csv\nnodes.dat\nelements.dat\nmaterials.dat\n"
                             "boundary.dat\n",
-        "constants.dat": "".join(f"{v!r}\n" if isinstance(v, float) else f"{v}\n"
+        "constants.dat": "".join(f"{float(v)!r}\n" if isinstance(v, float) else f"{v}\n"
                                  for v in constants),
         # The header is split at commas: the name must hold none.
-        "wave.csv": f"{wave.name.replace(',', ';')},{wave.time_step!r},1\n" + samples,
-        "nodes.dat": "".join(f"{x!r} {y!r}\n" for x, y in xy),
+        "wave.csv": f"{wave.name.replace(',', ';')},{float(wave.time_step)!r},1\n" + samples,
+        "nodes.dat": "".join(f"{float(x)!r} {float(y)!r}\n" for x, y in xy),
         "elements.dat": "".join(f"{soil} {len(nodes)} 1 {' '.join(map(str, nodes))}\n"
                                 for soil, nodes in elements),
         "materials.dat": "\n".join(materials) + "\n",
