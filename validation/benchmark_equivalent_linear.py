@@ -7,7 +7,7 @@ import numpy as np
 
 from varnek import signals
 
-from . import runs, sections
+from . import reference, runs, sections
 from .harness import Check, Figure, Outcome, Problem
 
 DATA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "data", "strata-example-2")
@@ -101,7 +101,15 @@ def run(short, work):
                          profiles[:, 1 + 2 * m], depth_elements, peak_strain,
                          profiles[:, 2 + 2 * m] / 100.0)
         iterations = len(runs.iterations(console))
+        # The independent one-dimensional computation of the same column against Strata: how
+        # far two solutions of the same method on the same sublayers lie from it.
+        column = reference.column_response(section, sections.Wave(step, acc * G, name), analysis)
+        column_psa = signals.response_spectrum(column["surface"], step, periods) / (G / 100.0)
         out.checks += [
+            Check(f"{name}: the one-dimensional computation of validation/reference.py on the "
+                  "same sublayers, for comparison: rms of its spectrum's difference over "
+                  "Strata's", np.sqrt(np.mean((column_psa / ref_psa - 1.0)[short_periods] ** 2)),
+                  TOLERANCE["spectrum"]),
             Check(f"{name}: 5 % response spectrum at the surface, 0.01 to "
                   f"{LONGEST_PERIOD:g} s: rms of the difference over Strata's", np.sqrt(
                       np.mean((psa / ref_psa - 1.0)[short_periods] ** 2)),
@@ -114,6 +122,19 @@ def run(short, work):
                   "away from the layer boundaries: largest difference over Strata's largest",
                   np.max(np.abs(peak_strain - ref_strain)[inside]) / np.max(ref_strain),
                   TOLERANCE["strain"])]
+    out.notes.append(
+        "The peak accelerations and strains agree within a few percent. The largest spectral "
+        "differences lie at 0.08 to 0.2 s, where the response turns on the moduli of the "
+        "upper sublayers: stopped as soon as the mean change of its moduli falls below 2 %, "
+        "VARNEK's strains lie up to 25 % from its converged ones, so at that level the "
+        "comparison says as much about where each program stops iterating as about its "
+        "solution. The independent one-dimensional computation of `validation/reference.py`, "
+        "on the same sublayers and iterated alike, lies as far from Strata as VARNEK does "
+        "(its check in the table), while VARNEK follows that computation within about 1 % "
+        "(problem 4): the differences lie between the two implementations of the method, "
+        "not in VARNEK's elements. Strata's strains are given at the middle of its sublayers "
+        "and interpolated between them, across layer boundaries too; elements between the last middle of one "
+        "layer and the first of the next are left out of the strain check.")
     out.figures.append(Figure(
         "strata-example-2", "Strata example 2 (equivalent-linear): 5 % response spectrum at the "
         "surface, peak acceleration and peak shear strain over the depth, Strata (published "

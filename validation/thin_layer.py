@@ -112,6 +112,14 @@ def run(short, work):
                 f"frequencies from {frequencies[0]:g} to {frequencies[-1]:g} Hz"
                 + (f" ({skipped} with a mode at its cut-on left out)" if skipped else ""),
                 worst, TOLERANCE[interpolation]))
+    out.notes.append(
+        "The differences grow with the frequency as the sublayers take fewer of a mode's "
+        "vertical wavelengths, four times as fast for linear as for quadratic sublayers, and "
+        "are largest for a mode close to its cut-on frequency, where its wavenumber changes "
+        "fastest with the frequency. A frequency at which one of the two counts a mode the "
+        "other does not yet (a cut-on between them) is left out. Damped soil, whose modes all "
+        "have complex wavenumbers, is checked by the boundary's agreement with a long strip of "
+        "elements in the C++ tests (`tests/fem/thin_layer_test.cpp`).")
     out.figures.append(Figure(
         "thin-layer", "Real wavenumbers of the plane-strain modes of a homogeneous layer and "
         "of two layers on a rigid base: roots of the closed-form dispersion determinant (lines) "
