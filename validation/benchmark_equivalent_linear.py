@@ -133,8 +133,9 @@ def run(short, work):
         "(its check in the table), while VARNEK follows that computation within about 1 % "
         "(problem 4): the differences lie between the two implementations of the method, "
         "not in VARNEK's elements. Strata's strains are given at the middle of its sublayers "
-        "and interpolated between them, across layer boundaries too; elements between the last middle of one "
-        "layer and the first of the next are left out of the strain check.")
+        "and interpolated between them, across layer boundaries too; elements between the "
+        "last middle of one layer and the first of the next are left out of the strain "
+        "check.")
     out.figures.append(Figure(
         "strata-example-2", "Strata example 2 (equivalent-linear): 5 % response spectrum at the "
         "surface, peak acceleration and peak shear strain over the depth, Strata (published "
