@@ -32,3 +32,15 @@ def test_every_difference_is_within_its_tolerance(problem, tmp_path):
     beyond = [f"{c.what}: {c.shown(c.measured)}, tolerance {c.bound}"
               for c in outcome.checks if not c.passed]
     assert not beyond, "\n".join(beyond)
+
+
+def test_the_manual_holds_each_problem_with_its_figure_and_table(tmp_path):
+    if not built():
+        pytest.skip("the programs are not built: run scripts/build.sh first")
+    from validation import make_manual
+    assert make_manual.main(["--only", "self-weight", "--short", "--out", str(tmp_path)]) == 0
+    text = (tmp_path / "validation.md").read_text()
+    assert "## 1. Self-weight stresses of a confined column" in text
+    assert "(images/validation/self-weight.png)" in text
+    assert (tmp_path / "images" / "validation" / "self-weight.png").stat().st_size > 0
+    assert text.count("| passes |") == 6 and "beyond tolerance**" not in text
